@@ -1,0 +1,198 @@
+// sparkhost: a small stand-in for the compositing host. It loads the plug-in
+// file as the host does (dlopen, symbols by name), implements the host
+// functions the plug-in imports, owns the frame buffers, the animation
+// channels and the control state, and gives tools and tests a plain C++ API.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "host/spark_abi.h"
+
+namespace sparkhost {
+
+enum class ControlKind { Float, UserFloat, Int, Boolean, Push, Pup, Color, String };
+const char* kind_name(ControlKind kind);
+
+// One control descriptor of the loaded plug-in, found by its exported name.
+struct Control {
+    int number = 0;
+    ControlKind kind = ControlKind::Float;
+    void* descriptor = nullptr;  // points into the plug-in's data
+    std::string symbol;          // e.g. "SparkFloat8"
+
+    int page() const { return number >= 6 ? (number - 6) / 29 : -1; }
+    int slot() const { return number >= 6 ? (number - 6) % 29 : -1; }
+    // The title as the host shows it, without the value format ("Z Speed").
+    std::string label() const;
+    std::string title() const;  // the raw title text
+    double value() const;
+    void set_value(double v);  // writes the descriptor as the host's UI would
+    double minimum() const;
+    double maximum() const;
+    double increment() const;
+    SparkCallback callback() const;
+    int entry_count() const;                   // popups
+    std::string entry_title(int index) const;  // popups
+};
+
+struct Message {
+    enum Kind { Info, Error, Confirm } kind;
+    std::string text;
+};
+
+// A host frame buffer: 8-bit (3 bytes a pixel) or 12-bit (3 uint16 a pixel,
+// value in bits 4..15), rows of exactly `width` pixels.
+struct FrameBuffer {
+    int width = 0, height = 0;
+    bool deep = false;
+    std::vector<std::uint8_t> bytes;
+
+    void resize(int w, int h, bool is_deep);
+    void* data() { return bytes.data(); }
+    // Channel c (0 R, 1 G, 2 B) of pixel (x, y) as the host stores it: the
+    // byte at 8-bit, the whole 16-bit word at 12-bit.
+    unsigned get(int x, int y, int c) const;
+    void set(int x, int y, int c, unsigned v);
+};
+
+// A recorded channel-editor call.
+struct EditorCall {
+    enum Kind { Folder, Control, Name } kind;
+    int first, second;
+    std::string name;
+};
+
+struct Settings {
+    int width = 720;
+    int height = 486;
+    int depth_bits = 8;  // 8 or 12
+    // The processor count reported to the plug-in: the number of bands a
+    // frame is split into. Fixed by the caller so that results do not depend
+    // on the machine.
+    int bands = 1;
+    int threads = 0;  // worker threads running the bands; 0: the hardware threads
+    int free_buffers = 16;
+    double api_version = 4.0;
+};
+
+// The loaded plug-in's entry points, found by name.
+struct EntryPoints {
+    unsigned (*initialise)(HostFrameRecord) = nullptr;
+    void (*uninitialise)(HostFrameRecord) = nullptr;
+    int (*process_start)() = nullptr;
+    int (*clips)() = nullptr;
+    void (*memory_temp_buffers)() = nullptr;
+    unsigned long* (*process)(HostFrameRecord) = nullptr;
+};
+
+class Host {
+public:
+    // A host with no plug-in, for driving framework code directly.
+    Host();
+    ~Host();
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    // Loads a plug-in file. On failure returns null and fills `error` with a
+    // message naming the file and what is missing.
+    static std::unique_ptr<Host> load(const std::string& path, std::string& error);
+
+    // Configuration (before initialise, or between frames).
+    Settings settings;
+    std::function<bool(const std::string&)> confirm_policy;  // default: answer yes
+    std::string setup_path;                                  // empty: setups are not kept
+    std::string working_dir;                                 // default: the current directory
+    std::function<std::string(const std::string&, const std::string&)> file_browser;
+    bool echo_messages = true;  // print messages on standard error
+    // Viewer hooks a viewer can set.
+    std::function<void()> on_viewing_draw;
+    std::function<void(int)> on_viewing_cursor;
+    float viewer_ratio = 1.0f;
+    float pixel_aspect = 1.0f;
+
+    // Entry points.
+    EntryPoints entry;
+    unsigned initialise();  // SparkInitialise with a frame record from settings
+    void uninitialise();    // SparkUnInitialise
+    int clips();
+    // Processes one frame. Returns the result buffer's pixels as the plug-in
+    // returned them (null when it could not process the frame).
+    unsigned long* process(std::uint32_t frame_number);
+    // Calls a control's callback as the host does: argument 1 and the current
+    // frame record. Returns what the callback returned.
+    unsigned long* call_callback(int control, int argument = 1);
+
+    HostFrameRecord frame_record(std::uint32_t frame_number) const;
+    std::uint32_t current_frame = 0;
+    unsigned char mode_flag = 1;
+    int viewer_origin_x = 0, viewer_origin_y = 0;
+
+    // Buffers by id: 1 result, 2 front, 3 back, 4 2D matte, 5 3D matte.
+    FrameBuffer& buffer(int id);
+    std::set<int> failing_buffers;  // ids whose sparkMemGetBuffer fails (tests)
+    // Random frame access: the frames the plug-in asked for, in order. The
+    // stand-in keeps one frame per clip, so every request gets the clip's
+    // current buffer.
+    std::vector<int> frame_requests;
+    int on_get_frame(int clip, int frame, void* pixels);
+
+    // Controls.
+    const std::map<int, Control>& controls() const { return controls_; }
+    Control* control(int number);
+    Control* control_by_label(const std::string& label);  // "Z Speed", exact, blanks trimmed
+    bool hidden(int number) const { return hidden_.count(number) != 0; }
+    int update_count(int number) const;
+
+    // Animation channels.
+    void set_key(int control, float frame, float value);
+    void clear_keys(int control);
+    bool animated(int control) const;
+    float curve_value(int control, float frame) const;
+    const std::map<int, std::map<float, float>>& curves() const { return curves_; }
+
+    // Setups: every descriptor value as a readable text file.
+    bool save_setup(const std::string& path, std::string& error) const;
+    bool load_setup(const std::string& path, std::string& error);
+
+    std::vector<Message> messages;
+    std::vector<EditorCall> editor_calls;
+    std::vector<std::string> page_titles = std::vector<std::string>(4);
+    std::vector<std::string> clip_titles = std::vector<std::string>(4);
+
+    // Looks up any exported symbol of the loaded plug-in.
+    void* symbol(const char* name) const;
+
+    // The host the host functions currently serve (the most recently made one).
+    static Host* current();
+
+    // Called by the host functions.
+    void on_message(Message::Kind kind, const std::string& text);
+    int on_confirm(const std::string& question);
+    int on_get_buffer(int id, HostBufferRecord* record);
+    int mp_fork(void (*fn)(), int nargs, void* const* args);
+    void on_control_update(int control);
+    void on_enable(int control, bool enabled);
+    float on_get_curve(int control, float frame);
+    int on_set_key(int control, int key, float value);
+
+private:
+    void discover_controls();
+    void apply_animation(float frame);
+
+    void* handle_ = nullptr;
+    std::string path_;
+    std::map<int, Control> controls_;
+    std::set<int> hidden_;
+    std::map<int, int> updates_;
+    std::map<int, std::map<float, float>> curves_;
+    FrameBuffer buffers_[6];
+    Host* previous_ = nullptr;
+};
+
+}  // namespace sparkhost

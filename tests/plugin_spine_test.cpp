@@ -1,0 +1,3 @@
+#include <gtest/gtest.h>
+#include "tests/plugin_fixture.h"
+TEST(Spine, Loads) { EXPECT_EQ(testing_support::plugin_host().clips(), 4); }

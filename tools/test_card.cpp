@@ -1,0 +1,71 @@
+#include "tools/test_card.h"
+
+#include <cstdio>
+
+namespace tools {
+
+namespace {
+// Stores an 8-bit colour into either kind of buffer.
+void put(sparkhost::FrameBuffer& b, int x, int y, const unsigned char rgb[3]) {
+    for (int c = 0; c < 3; ++c) b.set(x, y, c, b.deep ? (static_cast<unsigned>(rgb[c]) * 4095 / 255) << 4 : rgb[c]);
+}
+}  // namespace
+
+void draw_test_card(sparkhost::FrameBuffer& b, int frame) {
+    static const unsigned char bars[8][3] = {{235, 235, 235}, {235, 235, 16}, {16, 235, 235}, {16, 235, 16},
+                                             {235, 16, 235},  {235, 16, 16},  {16, 16, 235},  {16, 16, 16}};
+    const int grid = b.width / 12 > 0 ? b.width / 12 : 1;
+    for (int y = 0; y < b.height; ++y) {
+        for (int x = 0; x < b.width; ++x) {
+            unsigned char rgb[3];
+            const int bar = x * 8 / b.width;
+            for (int c = 0; c < 3; ++c) rgb[c] = bars[bar][c];
+            if (x % grid == 0 || y % grid == 0) rgb[0] = rgb[1] = rgb[2] = 0;
+            // A strip along the bottom whose lit cell moves with the frame number.
+            if (y > b.height * 7 / 8) {
+                const int cell = (x * 16 / b.width);
+                const unsigned char v = cell == frame % 16 ? 255 : 40;
+                rgb[0] = rgb[1] = rgb[2] = v;
+            }
+            put(b, x, y, rgb);
+        }
+    }
+}
+
+void draw_gradient(sparkhost::FrameBuffer& b) {
+    for (int y = 0; y < b.height; ++y) {
+        const int t = b.height > 1 ? y * 255 / (b.height - 1) : 0;
+        const unsigned char rgb[3] = {static_cast<unsigned char>(20 + t * 200 / 255),
+                                      static_cast<unsigned char>(30 + t * 90 / 255),
+                                      static_cast<unsigned char>(120 - t * 100 / 255)};
+        for (int x = 0; x < b.width; ++x) put(b, x, y, rgb);
+    }
+}
+
+bool write_ppm(const sparkhost::FrameBuffer& b, const std::string& path) {
+    const std::string temp = path + ".tmp";
+    FILE* f = std::fopen(temp.c_str(), "wb");
+    if (!f) return false;
+    std::fprintf(f, "P6\n%d %d\n%d\n", b.width, b.height, b.deep ? 65535 : 255);
+    bool ok = true;
+    for (int y = 0; y < b.height && ok; ++y) {
+        for (int x = 0; x < b.width && ok; ++x) {
+            for (int c = 0; c < 3; ++c) {
+                const unsigned v = b.get(x, y, c);
+                if (b.deep) {  // 16-bit PPM is big-endian
+                    ok = std::fputc(v >> 8, f) != EOF && std::fputc(v & 0xFF, f) != EOF;
+                } else {
+                    ok = std::fputc(static_cast<int>(v), f) != EOF;
+                }
+            }
+        }
+    }
+    ok = (std::fclose(f) == 0) && ok;
+    if (!ok || std::rename(temp.c_str(), path.c_str()) != 0) {
+        std::remove(temp.c_str());
+        return false;
+    }
+    return true;
+}
+
+}  // namespace tools
