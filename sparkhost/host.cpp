@@ -120,7 +120,8 @@ HostFrameRecord Host::frame_record(std::uint32_t frame_number) const {
     frame_set<std::uint32_t>(r, frame_field::frame_number, frame_number);
     frame_set<std::int32_t>(r, frame_field::frame_width, settings.width);
     frame_set<std::int32_t>(r, frame_field::frame_height, settings.height);
-    frame_set<std::int32_t>(r, frame_field::frame_depth, settings.depth_bits == 12 ? 48 : 24);
+    frame_set<std::int32_t>(r, frame_field::frame_depth,
+                            settings.depth_code ? settings.depth_code : settings.depth_bits == 12 ? 48 : 24);
     frame_set<std::int8_t>(r, frame_field::processor_count, static_cast<std::int8_t>(settings.bands));
     return r;
 }

@@ -72,6 +72,9 @@ struct Settings {
     int width = 720;
     int height = 486;
     int depth_bits = 8;  // 8 or 12
+    // The bits-per-pixel code put in the frame record; 0 derives it from
+    // depth_bits (48 for 12-bit buffers, 24 for 8-bit ones).
+    int depth_code = 0;
     // The processor count reported to the plug-in: the number of bands a
     // frame is split into. Fixed by the caller so that results do not depend
     // on the machine.
