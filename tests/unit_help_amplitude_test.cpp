@@ -1,0 +1,163 @@
+// The help browser command and the amplitude key import.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <fstream>
+#include <map>
+#include <string>
+
+#include "host/amplitude_import.h"
+#include "host/help.h"
+#include "sparkhost/host.h"
+
+namespace {
+
+struct EnvGuard {
+    std::string name;
+    explicit EnvGuard(const char* n, const char* value) : name(n) {
+        if (value)
+            setenv(n, value, 1);
+        else
+            unsetenv(n);
+    }
+    ~EnvGuard() { unsetenv(name.c_str()); }
+};
+
+std::string write_file(const std::string& name, const std::string& text) {
+    const std::string path = testing::TempDir() + "/" + name;
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+}
+
+std::string record(int key, int frame, const char* value) {
+    return "\tKey " + std::to_string(key) + "\n\t\tFrame " + std::to_string(frame) + "\n\t\tValue " + value +
+           "\n\t\tEnd\n";
+}
+
+const std::string kHeader3 = "Channel Amplitude 1:\n\tSize 3\n";
+
+}  // namespace
+
+TEST(HelpCommand, DefaultRootAndBrowser) {
+    EnvGuard root("DIR_7", nullptr), browser("Q7_HELP_BROWSER", nullptr);
+    EXPECT_EQ(help_command("paneburst.htm"),
+              "firefox -geometry +50+50 file:/usr/local/Corvane/dl/help/paneburst.htm &");
+}
+
+TEST(HelpCommand, RootAndBrowserFromTheEnvironment) {
+    EnvGuard root("DIR_7", "/opt/fx"), browser("Q7_HELP_BROWSER", "lynx");
+    EXPECT_EQ(help_command("paneburst.htm"), "lynx -geometry +50+50 file:/opt/fx/dl/help/paneburst.htm &");
+    const std::string long_root(5000, 'r');
+    EnvGuard long_one("DIR_7", long_root.c_str());
+    EXPECT_EQ(help_command("x.htm"), "lynx -geometry +50+50 file:" + long_root + "/dl/help/x.htm &");
+}
+
+TEST(HelpCommand, PageNameRules) {
+    EnvGuard root("DIR_7", "/r"), browser("Q7_HELP_BROWSER", "b");
+    EXPECT_EQ(help_command("a.b.htm"), "b -geometry +50+50 file:/r/dl/help/a.b.htm &");
+    EXPECT_EQ(help_command(".htm"), "b -geometry +50+50 file:/r/dl/help/.htm.htm &");
+    EXPECT_EQ(help_command("manual"), "b -geometry +50+50 file:/r/dl/help/manual.htm &");
+}
+
+TEST(HelpCommand, RunsTheBrowser) {
+    const std::string out = testing::TempDir() + "/help_browser_args.txt";
+    std::remove(out.c_str());
+    const std::string script = write_file("help_browser.sh", "#!/bin/sh\necho \"$@\" > " + out + ".part && mv " +
+                                                                 out + ".part " + out + "\n");
+    chmod(script.c_str(), 0755);
+    EnvGuard root("DIR_7", "/opt/fx"), browser("Q7_HELP_BROWSER", script.c_str());
+    EXPECT_EQ(display_help_topic("paneburst.htm"), 0);
+    // The browser runs in the background: wait for what it wrote.
+    std::string args;
+    for (int i = 0; i < 500 && args.empty(); ++i) {
+        std::ifstream in(out);
+        std::getline(in, args);
+        if (args.empty()) usleep(10000);
+    }
+    EXPECT_EQ(args, "-geometry +50+50 file:/opt/fx/dl/help/paneburst.htm");
+}
+
+class AmplitudeImport : public testing::Test {
+protected:
+    sparkhost::Host host;
+    void SetUp() override { host.echo_messages = false; }
+    std::map<float, float> keys() {
+        auto it = host.curves().find(93);
+        return it == host.curves().end() ? std::map<float, float>{} : it->second;
+    }
+    std::string last_message() { return host.messages.empty() ? "" : host.messages.back().text; }
+};
+
+TEST_F(AmplitudeImport, KeysArePositionedByKeyNumber) {
+    aiff_file_CB(write_file("amp_ok.txt", kHeader3 + record(1, 10, "0.5") + record(2, 20, "-3.25") +
+                                              record(7, 30, "1000")).c_str());
+    EXPECT_EQ(keys(), (std::map<float, float>{{1.0f, 0.5f}, {2.0f, -3.25f}, {7.0f, 1000.0f}}));
+    EXPECT_TRUE(host.messages.empty());
+}
+
+TEST_F(AmplitudeImport, SizeLimitsAndShortFiles) {
+    aiff_file_CB(write_file("amp_zero.txt", "Channel Amplitude 1:\n\tSize 0\n" + record(1, 1, "1")).c_str());
+    EXPECT_TRUE(keys().empty());
+    EXPECT_TRUE(host.messages.empty());
+
+    aiff_file_CB(write_file("amp_two_of_three.txt", kHeader3 + record(1, 1, "1") + record(2, 2, "2")).c_str());
+    EXPECT_EQ(keys().size(), 2u);
+    EXPECT_TRUE(host.messages.empty());
+
+    host.clear_keys(93);
+    aiff_file_CB(write_file("amp_negative.txt",
+                            "Channel Amplitude 1:\n\tSize -1\n" + record(1, 1, "1") + record(2, 2, "2") +
+                                record(3, 3, "3") + "\tKey x\n")
+                     .c_str());
+    EXPECT_EQ(keys().size(), 3u);
+
+    host.clear_keys(93);
+    aiff_file_CB(write_file("amp_limit.txt", "Channel Amplitude 1:\n\tSize 1\n" + record(4, 1, "9") + record(5, 2, "8"))
+                     .c_str());
+    EXPECT_EQ(keys(), (std::map<float, float>{{4.0f, 9.0f}}));
+}
+
+TEST_F(AmplitudeImport, WhiteSpaceIsFlexible) {
+    aiff_file_CB(write_file("amp_spaces.txt", "Channel Amplitude 3:Size 2 Key 1 Frame 1 Value 2.5 End\r\n"
+                                              "  Key 2\n\n Frame 2 Value 3.5End")
+                     .c_str());
+    EXPECT_EQ(keys(), (std::map<float, float>{{1.0f, 2.5f}, {2.0f, 3.5f}}));
+}
+
+TEST_F(AmplitudeImport, BadFilesKeepTheKeysAlreadySet) {
+    host.set_key(93, 5.0f, 42.0f);
+    aiff_file_CB((testing::TempDir() + "/no_such_amplitude_file.txt").c_str());
+    EXPECT_EQ(last_message(), "Unable to open file");
+    aiff_file_CB(write_file("amp_bad_size.txt", "Channel Amplitude 1:\n\tSize many\n").c_str());
+    EXPECT_EQ(last_message(), "Not a valid control file");
+    aiff_file_CB(write_file("amp_not_header.txt", "Channel Volume 1:\n\tSize 2\n").c_str());
+    EXPECT_EQ(last_message(), "Not a valid control file");
+    aiff_file_CB(write_file("amp_binary.txt", std::string("Channel Amplitude 1:\n\tSize 5\n\tKey 1\n\0\xff\x01", 38))
+                     .c_str());
+    aiff_file_CB(write_file("amp_garbage_record.txt", kHeader3 + "\tKey 1\n\t\tFrame 1\n\t\tValue nan-ish\n").c_str());
+    EXPECT_EQ(keys().at(5.0f), 42.0f);
+    EXPECT_EQ(host.messages.size(), 3u);
+}
+
+TEST_F(AmplitudeImport, ButtonOpensTheBrowserInTheWorkingDirectory) {
+    std::string asked_dir, asked_ext;
+    const std::string path = write_file("amp_browser.txt", "Channel Amplitude 1:\n\tSize 1\n" + record(3, 1, "0.25"));
+    host.working_dir = "/some/work/dir";
+    host.file_browser = [&](const std::string& dir, const std::string& ext) {
+        asked_dir = dir;
+        asked_ext = ext;
+        return path;
+    };
+    EXPECT_EQ(import_aiff_CB(1, HostFrameRecord{}), nullptr);
+    EXPECT_EQ(asked_dir, "/some/work/dir");
+    EXPECT_EQ(asked_ext, "");
+    EXPECT_EQ(keys(), (std::map<float, float>{{3.0f, 0.25f}}));
+
+    host.file_browser = [&](const std::string&, const std::string&) { return std::string(); };  // cancelled
+    host.clear_keys(93);
+    import_aiff_CB(1, HostFrameRecord{});
+    EXPECT_TRUE(keys().empty());
+}
