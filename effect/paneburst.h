@@ -7,6 +7,7 @@
 //   effect/grid.cpp           grid geometry and the element rebuild
 //   effect/motion.cpp         the element step under the forces
 //   effect/pipeline.cpp       ProcessFrame and the element step driver
+//   effect/visibility.cpp     which controls are shown, the restart request
 //   render/transform.cpp      3D transforms and projection
 //   render/outline.cpp        element outlines, the nearest-depth rule
 //   render/rasteriser*.cpp    the polygon rasteriser
@@ -83,6 +84,14 @@ public:
     void mp_compo(long first, long last);
 
     // ---- Frame pipeline and control handling ----
+    // Visibility of the dependent controls (effect/visibility.cpp).
+    void SyncControls() override;
+    void CtrlUpdateCB(ControlQ7& control, double frame);
+    void Use2DMatteCB(ControlQ7& control, double frame);
+    void Use3DMatteCB(ControlQ7& control, double frame);
+    void UseAttractionCB(ControlQ7& control, double frame);
+    // Asks for a rebuild of the element grid at the next processed frame.
+    void RestartCB(ControlQ7& control, double frame);
 
     int image_width = 0;
     int image_height = 0;

@@ -5,6 +5,8 @@
 #include "effect/paneburst.h"
 #include "framework/convert.h"
 #include "framework/report.h"
+#include "host/binding.h"
+#include "host/channel_editor.h"
 #include "host/descriptors.h"
 #include "host/globals.h"
 #include "host/spark_export.h"
@@ -65,6 +67,7 @@ SPARK_EXPORT unsigned int SparkInitialise(HostFrameRecord info) {
     deep12 = (depth == 48 || depth == 64) ? 1 : 0;
     sparkLoadSetup(&info);
     show_version4(info, "7-Paneburst", 2, 2, "7", 1);
+    bind_controls(Instance);
     sparkControlTitle(3, "Import AIFF");
     sparkControlTitle(0, "Paneburst");
     sparkControlTitle(1, "Light");
@@ -73,6 +76,7 @@ SPARK_EXPORT unsigned int SparkInitialise(HostFrameRecord info) {
     sparkClipControlTitle(1, "Back");
     sparkClipControlTitle(2, "2DMatte");
     DL_Sync_Ctrl = 1;
+    RenameChannelEditorEntries();
     return 2;
 }
 
@@ -142,6 +146,7 @@ SPARK_EXPORT unsigned long* SparkProcess(HostFrameRecord info) {
         return nullptr;
     }
 
+    refresh_controls(Instance);
     if (DL_Sync_Ctrl == 1) {
         Instance.SyncControls();
         DL_Sync_Ctrl = 0;

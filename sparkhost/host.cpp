@@ -150,6 +150,13 @@ unsigned long* Host::call_callback(int number, int argument) {
     return c->callback()(argument, frame_record(current_frame));
 }
 
+unsigned long* Host::change_control(int number, double value, int argument) {
+    Control* c = control(number);
+    if (!c) return nullptr;
+    c->set_value(value);
+    return call_callback(number, argument);
+}
+
 // The host writes every animated control's value at the frame into its
 // descriptor before the plug-in sees the frame.
 void Host::apply_animation(float frame) {

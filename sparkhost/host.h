@@ -68,6 +68,19 @@ struct EditorCall {
     std::string name;
 };
 
+// The channel-editor tree as the plug-in built it: folders in call order with
+// their entries, each entry carrying the last name given to its control.
+struct EditorEntry {
+    int control = 0;
+    int first = 0, second = 0;  // the arguments of sparkCeAddControl
+    std::string name;           // empty when the control was never named
+};
+struct EditorFolder {
+    std::string name;
+    int first = 0;  // the first argument of sparkCeAddFolder
+    std::vector<EditorEntry> entries;
+};
+
 struct Settings {
     int width = 720;
     int height = 486;
@@ -150,6 +163,11 @@ public:
     Control* control(int number);
     Control* control_by_label(const std::string& label);  // "Z Speed", exact, blanks trimmed
     bool hidden(int number) const { return hidden_.count(number) != 0; }
+    const std::set<int>& hidden_controls() const { return hidden_; }
+    // Changes a control as the user does on its page: writes the descriptor
+    // value, then calls the control's callback with the argument. Returns what
+    // the callback returned (null also when the control has no callback).
+    unsigned long* change_control(int number, double value, int argument = 1);
     int update_count(int number) const;
 
     // Animation channels.
@@ -165,6 +183,12 @@ public:
 
     std::vector<Message> messages;
     std::vector<EditorCall> editor_calls;
+    // Calls the plug-in's SparkChannelEditor as the host does when it builds
+    // the editor; returns its result (0 when the plug-in does not export it).
+    int build_channel_editor();
+    // The tree of folders and entries made by the editor_calls so far. Entries
+    // added before any folder go into a folder without a name.
+    std::vector<EditorFolder> channel_editor_tree() const;
     std::vector<std::string> page_titles = std::vector<std::string>(4);
     std::vector<std::string> clip_titles = std::vector<std::string>(4);
 

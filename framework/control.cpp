@@ -1,0 +1,10 @@
+#include "framework/control.h"
+
+#include "host/spark_abi.h"
+
+void ControlQ7::show_control(int control, bool hide) {
+    if (hide)
+        sparkDisableParameter(1, control);
+    else
+        sparkEnableParameter(1, control);
+}
