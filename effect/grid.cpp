@@ -118,6 +118,7 @@ void Paneburst::initialise_polygons(tagINFO* info, tagPOLYGON* polygons) {
 
             // The draw order is fixed: var x, y, z, then spin var x, y, z.
             // The z factors lie in [-2 var, 0]: the z speed never grows.
+            // Single-precision arithmetic throughout, like the fields.
             p.var_x = part_rand_11(&counter) * info->speed_var_x;
             p.var_y = part_rand_11(&counter) * info->speed_var_y;
             p.var_z = (2.0f * part_rand_01(&counter) - 2.0f) * info->speed_var_z;

@@ -37,8 +37,9 @@ void plane_forces(const tagINFO& info, float x, float y, float* fx, float* fy) {
     }
 
     if (info.wind_speed > 0.0001f && info.use_wind) {
-        // The direction from the source, with an exact length: an element on
-        // the source has none and is not pushed.
+        // The direction from the source, divided by its exact (float) length,
+        // not by vecnorm's estimate: an element on the source has no
+        // direction and is not pushed.
         float ux = x - info.wind_source_x;
         float uy = y - info.wind_source_y;
         const float length = std::sqrt(ux * ux + uy * uy);
@@ -87,7 +88,9 @@ void Paneburst::update_polygons(tagINFO* info, tagPOLYGON* polygons) {
 
             if (swirl) {
                 // Two samples of one scalar field, offset from each other,
-                // give the x and y parts of a smooth vector field.
+                // give the x and y parts of a smooth vector field. The sample
+                // point is formed in double and rounded to float; the offsets
+                // are float sums.
                 const float px = static_cast<float>(static_cast<double>(info->swirl_density) * p.x / info->width);
                 const float py = static_cast<float>(static_cast<double>(info->swirl_density) * p.y / info->height);
                 p.vel_x += info->swirl_magnitude * gnoise(&gradient_table[0][0], px, py, swirl_t);

@@ -50,6 +50,10 @@ float Paneburst::part_rand_01(int* counter) {
 void Paneburst::gradientTabInit(long seed) {
     long state = seed;
     ran1fQ7(&state);  // the first value of the sequence is discarded
+    // Precision: z and the azimuth are formed in double and rounded to float
+    // (the 2 pi constant is a double); z squared is a float product, and
+    // 1 - z^2 is formed in double and rounded to float before the float root.
+    // cos and sin are the single-precision functions.
     for (int i = 0; i < 256; ++i) {
         const float z = static_cast<float>(1.0 - 2.0 * ran1fQ7(&state));
         const float theta = static_cast<float>(ran1fQ7(&state) * 6.283185307179586);
