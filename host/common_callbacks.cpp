@@ -1,5 +1,5 @@
 // Callbacks of the controls without a control object: the common controls of
-// every page, the light colour pair and the amplitude import.
+// every page and the light colour pair.
 #include "host/callbacks.h"
 #include "host/spark_export.h"
 
@@ -23,6 +23,5 @@ SPARK_EXPORT unsigned long* Reset3CB(int, HostFrameRecord) { return nullptr; }
 SPARK_EXPORT unsigned long* HelpCB(int, HostFrameRecord) { return nullptr; }
 SPARK_EXPORT unsigned long* GetLightColourCB(int, HostFrameRecord) { return nullptr; }
 SPARK_EXPORT unsigned long* SetLightColourCB(int, HostFrameRecord) { return nullptr; }
-SPARK_EXPORT unsigned long* import_aiff_CB(int, HostFrameRecord) { return nullptr; }
 
 }  // extern "C"
