@@ -92,6 +92,8 @@ public:
     void UseAttractionCB(ControlQ7& control, double frame);
     // Asks for a rebuild of the element grid at the next processed frame.
     void RestartCB(ControlQ7& control, double frame);
+    // The Demos menu: writes the chosen preset into the controls and restarts.
+    void DemosCB(ControlQ7& control, double frame);
 
     int image_width = 0;
     int image_height = 0;

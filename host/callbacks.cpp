@@ -52,10 +52,7 @@ unsigned long* route(int control, Handler handler, bool sync_controls, const Hos
         case Handler::Use3DMatte: Instance.Use3DMatteCB(object, frame); break;
         case Handler::UseAttraction: Instance.UseAttractionCB(object, frame); break;
         case Handler::Restart: Instance.RestartCB(object, frame); break;
-        case Handler::Demos:
-            // The demo presets are not built yet: the list is only refreshed,
-            // and no preset is applied.
-            return nullptr;
+        case Handler::Demos: Instance.DemosCB(object, frame); break;
     }
     // The colour pot's handler, moving the three sliders to the pot's
     // colour, comes with the light-colour callbacks.
