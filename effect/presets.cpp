@@ -15,62 +15,59 @@ enum class Kind { Integer, Float, Checkbox, List, Position };
 // values (percent of the frame) for x and y.
 struct Row {
     Kind kind;
-    ControlQ7 PaneburstInfo::*control;
+    ControlQ7& (*control)(PaneburstInfo&);
     double value[4];
     double y_value[4];
 };
 
-template <class C>
-ControlQ7 PaneburstInfo::*member(C PaneburstInfo::*m) {
-    return static_cast<ControlQ7 PaneburstInfo::*>(m);
-}
+#define CONTROL(name) [](PaneburstInfo& info) -> ControlQ7& { return info.name; }
 
 const Row kRows[] = {
-    {Kind::Integer, member(&PaneburstInfo::x_elements_ctl), {10, 20, 10, 1}, {}},
-    {Kind::Integer, member(&PaneburstInfo::y_elements_ctl), {10, 20, 1, 22}, {}},
-    {Kind::Float, member(&PaneburstInfo::foreground_z_ctl), {-440, -192, -192, -192}, {}},
-    {Kind::Float, member(&PaneburstInfo::maximum_z_ctl), {-27, -50, -12, -12}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::z_pop_off_ctl), {1, 1, 0, 0}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::omni_z_ctl), {1, 1, 0, 0}, {}},
-    {Kind::List, member(&PaneburstInfo::render_quality_ctl), {2, 2, 2, 2}, {}},  // Med Quality
-    {Kind::Checkbox, member(&PaneburstInfo::z_sort_ctl), {1, 1, 0, 0}, {}},
+    {Kind::Integer, CONTROL(x_elements_ctl), {10, 20, 10, 1}, {}},
+    {Kind::Integer, CONTROL(y_elements_ctl), {10, 20, 1, 22}, {}},
+    {Kind::Float, CONTROL(foreground_z_ctl), {-440, -192, -192, -192}, {}},
+    {Kind::Float, CONTROL(maximum_z_ctl), {-27, -50, -12, -12}, {}},
+    {Kind::Checkbox, CONTROL(z_pop_off_ctl), {1, 1, 0, 0}, {}},
+    {Kind::Checkbox, CONTROL(omni_z_ctl), {1, 1, 0, 0}, {}},
+    {Kind::List, CONTROL(render_quality_ctl), {2, 2, 2, 2}, {}},  // Med Quality
+    {Kind::Checkbox, CONTROL(z_sort_ctl), {1, 1, 0, 0}, {}},
     // Above the Seed slider's own range: written straight into the control.
-    {Kind::Integer, member(&PaneburstInfo::seed_ctl), {9999, 9999, 9999, 9999}, {}},
-    {Kind::Float, member(&PaneburstInfo::speed_x_ctl), {0, 0, 0, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::speed_y_ctl), {0, 0, 0, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::speed_z_ctl), {6, 1.27, 0, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::speed_var_x_ctl), {100, 0, 0, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::speed_var_y_ctl), {100, 0, 0, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::speed_var_z_ctl), {100, 100, 0, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::rot_speed_x_ctl), {2, 2, 0, 2}, {}},
-    {Kind::Float, member(&PaneburstInfo::rot_speed_y_ctl), {3, 5, 4, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::rot_speed_z_ctl), {1.5, 12, 0, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::rot_var_x_ctl), {100, 100, 0, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::rot_var_y_ctl), {100, 100, 0, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::rot_var_z_ctl), {100, 100, 0, 0}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::use_light_ctl), {0, 0, 0, 0}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::lit_background_ctl), {0, 0, 0, 0}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::use_matte_2d_ctl), {0, 0, 0, 0}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::invert_matte_2d_ctl), {0, 0, 0, 0}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::use_matte_3d_ctl), {0, 0, 0, 0}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::invert_matte_3d_ctl), {0, 0, 0, 0}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::use_wind_ctl), {0, 0, 0, 0}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::use_repulsion_ctl), {1, 0, 0, 0}, {}},
-    {Kind::Position, member(&PaneburstInfo::repulsion_ctl), {48, kKeep, kKeep, kKeep}, {55, kKeep, kKeep, kKeep}},
-    {Kind::Float, member(&PaneburstInfo::repulsion_strength_ctl), {26, kKeep, kKeep, kKeep}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::use_gravity_ctl), {0, 1, 0, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::gravity_ctl), {kKeep, 12, kKeep, kKeep}, {}},
-    {Kind::Float, member(&PaneburstInfo::gravity_angle_ctl), {kKeep, 270, kKeep, kKeep}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::use_attraction_ctl), {0, 0, 0, 0}, {}},
-    {Kind::Checkbox, member(&PaneburstInfo::use_swirl_ctl), {0, 1, 0, 0}, {}},
-    {Kind::Float, member(&PaneburstInfo::swirl_density_ctl), {kKeep, 40, kKeep, kKeep}, {}},
-    {Kind::Float, member(&PaneburstInfo::swirl_magnitude_ctl), {kKeep, 18, kKeep, kKeep}, {}},
+    {Kind::Integer, CONTROL(seed_ctl), {9999, 9999, 9999, 9999}, {}},
+    {Kind::Float, CONTROL(speed_x_ctl), {0, 0, 0, 0}, {}},
+    {Kind::Float, CONTROL(speed_y_ctl), {0, 0, 0, 0}, {}},
+    {Kind::Float, CONTROL(speed_z_ctl), {6, 1.27, 0, 0}, {}},
+    {Kind::Float, CONTROL(speed_var_x_ctl), {100, 0, 0, 0}, {}},
+    {Kind::Float, CONTROL(speed_var_y_ctl), {100, 0, 0, 0}, {}},
+    {Kind::Float, CONTROL(speed_var_z_ctl), {100, 100, 0, 0}, {}},
+    {Kind::Float, CONTROL(rot_speed_x_ctl), {2, 2, 0, 2}, {}},
+    {Kind::Float, CONTROL(rot_speed_y_ctl), {3, 5, 4, 0}, {}},
+    {Kind::Float, CONTROL(rot_speed_z_ctl), {1.5, 12, 0, 0}, {}},
+    {Kind::Float, CONTROL(rot_var_x_ctl), {100, 100, 0, 0}, {}},
+    {Kind::Float, CONTROL(rot_var_y_ctl), {100, 100, 0, 0}, {}},
+    {Kind::Float, CONTROL(rot_var_z_ctl), {100, 100, 0, 0}, {}},
+    {Kind::Checkbox, CONTROL(use_light_ctl), {0, 0, 0, 0}, {}},
+    {Kind::Checkbox, CONTROL(lit_background_ctl), {0, 0, 0, 0}, {}},
+    {Kind::Checkbox, CONTROL(use_matte_2d_ctl), {0, 0, 0, 0}, {}},
+    {Kind::Checkbox, CONTROL(invert_matte_2d_ctl), {0, 0, 0, 0}, {}},
+    {Kind::Checkbox, CONTROL(use_matte_3d_ctl), {0, 0, 0, 0}, {}},
+    {Kind::Checkbox, CONTROL(invert_matte_3d_ctl), {0, 0, 0, 0}, {}},
+    {Kind::Checkbox, CONTROL(use_wind_ctl), {0, 0, 0, 0}, {}},
+    {Kind::Checkbox, CONTROL(use_repulsion_ctl), {1, 0, 0, 0}, {}},
+    {Kind::Position, CONTROL(repulsion_ctl), {48, kKeep, kKeep, kKeep}, {55, kKeep, kKeep, kKeep}},
+    {Kind::Float, CONTROL(repulsion_strength_ctl), {26, kKeep, kKeep, kKeep}, {}},
+    {Kind::Checkbox, CONTROL(use_gravity_ctl), {0, 1, 0, 0}, {}},
+    {Kind::Float, CONTROL(gravity_ctl), {kKeep, 12, kKeep, kKeep}, {}},
+    {Kind::Float, CONTROL(gravity_angle_ctl), {kKeep, 270, kKeep, kKeep}, {}},
+    {Kind::Checkbox, CONTROL(use_attraction_ctl), {0, 0, 0, 0}, {}},
+    {Kind::Checkbox, CONTROL(use_swirl_ctl), {0, 1, 0, 0}, {}},
+    {Kind::Float, CONTROL(swirl_density_ctl), {kKeep, 40, kKeep, kKeep}, {}},
+    {Kind::Float, CONTROL(swirl_magnitude_ctl), {kKeep, 18, kKeep, kKeep}, {}},
 };
 
 void apply(PaneburstInfo& info, const Row& row, int preset) {
     const double v = row.value[preset];
     if (std::isnan(v)) return;
-    ControlQ7& c = info.*(row.control);
+    ControlQ7& c = row.control(info);
     switch (row.kind) {
         case Kind::Integer: static_cast<IntegerControlQ7&>(c).SetValue(-1.0, static_cast<long>(v)); break;
         case Kind::Float: static_cast<FloatControlQ7&>(c).SetValue(-1.0, v); break;
