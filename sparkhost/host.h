@@ -151,6 +151,8 @@ public:
     Control* control_by_label(const std::string& label);  // "Z Speed", exact, blanks trimmed
     bool hidden(int number) const { return hidden_.count(number) != 0; }
     int update_count(int number) const;
+    // Every sparkControlUpdate call in order, by control number.
+    const std::vector<int>& update_log() const { return update_log_; }
 
     // Animation channels.
     void set_key(int control, float frame, float value);
@@ -193,6 +195,7 @@ private:
     std::map<int, Control> controls_;
     std::set<int> hidden_;
     std::map<int, int> updates_;
+    std::vector<int> update_log_;
     std::map<int, std::map<float, float>> curves_;
     FrameBuffer buffers_[6];
     Host* previous_ = nullptr;
