@@ -5,7 +5,7 @@ set -euo pipefail
 packages=(
   build-essential cmake pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
-  libgl-dev
+  libgl-dev libosmesa6-dev
 )
 
 missing=()

@@ -268,7 +268,10 @@ int Host::on_get_frame(int clip, int frame, void* pixels) {
     return 1;
 }
 
-void Host::on_control_update(int number) { ++updates_[number]; }
+void Host::on_control_update(int number) {
+    ++updates_[number];
+    update_log_.push_back(number);
+}
 
 void Host::on_enable(int number, bool enabled) {
     if (enabled)

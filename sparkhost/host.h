@@ -169,6 +169,8 @@ public:
     // the callback returned (null also when the control has no callback).
     unsigned long* change_control(int number, double value, int argument = 1);
     int update_count(int number) const;
+    // Every sparkControlUpdate call in order, by control number.
+    const std::vector<int>& update_log() const { return update_log_; }
 
     // Animation channels.
     void set_key(int control, float frame, float value);
@@ -217,6 +219,7 @@ private:
     std::map<int, Control> controls_;
     std::set<int> hidden_;
     std::map<int, int> updates_;
+    std::vector<int> update_log_;
     std::map<int, std::map<float, float>> curves_;
     FrameBuffer buffers_[6];
     Host* previous_ = nullptr;
