@@ -39,11 +39,14 @@ void first_pass(const ElementRaster& e, int x0, int y0, int x1, int y1) {
         float* map_u = info->map_u + y * width;
         float* map_v = info->map_v + y * width;
         float* coverage = info->map_coverage + y * width;
-        for (int x = x0; x <= x1; ++x) {
-            if (!e.edges.inside(x, y)) {
-                coverage[x] = 0.0f;
-                continue;
-            }
+        // Each edge test is monotone along a row (its arithmetic only rounds
+        // monotonically in x), so the covered pixels of a row form one run:
+        // find its ends with the exact test, then fill the run untested.
+        int xl = x0;
+        while (xl <= x1 && !e.edges.inside(xl, y)) coverage[xl++] = 0.0f;
+        int xr = x1;
+        while (xr >= xl && !e.edges.inside(xr, y)) coverage[xr--] = 0.0f;
+        for (int x = xl; x <= xr; ++x) {
             if (Q == Quality::Low) {
                 // Not texture-mapped: the element shows the front image at
                 // the place it currently covers.
@@ -152,6 +155,13 @@ void second_pass(const ElementRaster& e, int x0, int y0, int x1, int y1, int las
 
             const float t = static_cast<float>(static_cast<double>(a) * m / 32767.0);
             PixelQ7& c = canvas[x];
+            if (t == 32767.0f) {
+                // Full weight: (s 32767 + c 0) / 32767 is s exactly.
+                c.r = render::to_channel(s.r);
+                c.g = render::to_channel(s.g);
+                c.b = render::to_channel(s.b);
+                continue;
+            }
             c.r = blend_channel(s.r, c.r, t);
             c.g = blend_channel(s.g, c.g, t);
             c.b = blend_channel(s.b, c.b, t);
