@@ -95,6 +95,14 @@ public:
     // The Demos menu: writes the chosen preset into the controls and restarts.
     void DemosCB(ControlQ7& control, double frame);
 
+    // The frame (effect/pipeline.cpp).
+    void ProcessFrame() override;
+    void create_shatter(tagINFO* info);
+    // The parameter fields of `info` from the controls' cached values.
+    void fill_info();
+    void run_bands(void (Paneburst::*worker)(long, long));
+    static constexpr int kWireframe = 3;
+
     int image_width = 0;
     int image_height = 0;
     std::int32_t table_seed = 0;
