@@ -1,7 +1,5 @@
 #include "tools/test_card.h"
 
-#include <cstdio>
-
 namespace tools {
 
 namespace {
@@ -40,32 +38,6 @@ void draw_gradient(sparkhost::FrameBuffer& b) {
                                       static_cast<unsigned char>(120 - t * 100 / 255)};
         for (int x = 0; x < b.width; ++x) put(b, x, y, rgb);
     }
-}
-
-bool write_ppm(const sparkhost::FrameBuffer& b, const std::string& path) {
-    const std::string temp = path + ".tmp";
-    FILE* f = std::fopen(temp.c_str(), "wb");
-    if (!f) return false;
-    std::fprintf(f, "P6\n%d %d\n%d\n", b.width, b.height, b.deep ? 65535 : 255);
-    bool ok = true;
-    for (int y = 0; y < b.height && ok; ++y) {
-        for (int x = 0; x < b.width && ok; ++x) {
-            for (int c = 0; c < 3; ++c) {
-                const unsigned v = b.get(x, y, c);
-                if (b.deep) {  // 16-bit PPM is big-endian
-                    ok = std::fputc(v >> 8, f) != EOF && std::fputc(v & 0xFF, f) != EOF;
-                } else {
-                    ok = std::fputc(static_cast<int>(v), f) != EOF;
-                }
-            }
-        }
-    }
-    ok = (std::fclose(f) == 0) && ok;
-    if (!ok || std::rename(temp.c_str(), path.c_str()) != 0) {
-        std::remove(temp.c_str());
-        return false;
-    }
-    return true;
 }
 
 }  // namespace tools

@@ -7,6 +7,4 @@ namespace tools {
 void draw_test_card(sparkhost::FrameBuffer& buffer, int frame);
 // A vertical gradient from dark blue to orange.
 void draw_gradient(sparkhost::FrameBuffer& buffer);
-// Writes a buffer as a binary PPM (8-bit) or 16-bit PPM (12-bit buffers).
-bool write_ppm(const sparkhost::FrameBuffer& buffer, const std::string& path);
 }  // namespace tools
