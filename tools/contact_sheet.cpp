@@ -3,18 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tools/digit_font.h"
 #include "tools/output_writer.h"
 
 namespace tools {
 
 namespace {
 
-// Digits 0-9 as 3x5 bitmaps, rows top to bottom, bit 2 the left column. A
-// built-in font keeps labels the same on every machine, fonts or not.
-const std::uint8_t kDigits[10][5] = {
-    {7, 5, 5, 5, 7}, {2, 6, 2, 2, 7}, {7, 1, 7, 4, 7}, {7, 1, 7, 1, 7}, {5, 5, 7, 1, 1},
-    {7, 4, 7, 1, 7}, {7, 4, 7, 5, 7}, {7, 1, 1, 1, 1}, {7, 5, 7, 5, 7}, {7, 5, 7, 1, 7},
-};
 constexpr int kGap = 4;       // pixels between thumbnails
 constexpr int kDot = 2;       // font scale
 constexpr int kLabel = 5 * kDot + 4;  // label strip under each thumbnail
@@ -25,17 +20,7 @@ void put(std::vector<std::uint8_t>& img, int width, int x, int y, std::uint8_t v
 }
 
 void draw_number(std::vector<std::uint8_t>& img, int width, int x0, int y0, int number) {
-    const std::string text = std::to_string(number);
-    for (std::size_t k = 0; k < text.size(); ++k) {
-        const auto& glyph = kDigits[text[k] - '0'];
-        for (int row = 0; row < 5; ++row)
-            for (int col = 0; col < 3; ++col)
-                if (glyph[row] & (4 >> col))
-                    for (int dy = 0; dy < kDot; ++dy)
-                        for (int dx = 0; dx < kDot; ++dx)
-                            put(img, width, x0 + static_cast<int>(k) * 4 * kDot + col * kDot + dx,
-                                y0 + row * kDot + dy, 235);
-    }
+    draw_digits(std::to_string(number), x0, y0, kDot, [&](int x, int y) { put(img, width, x, y, 235); });
 }
 
 }  // namespace

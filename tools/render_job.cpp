@@ -1,8 +1,11 @@
 #include "tools/render_job.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <memory>
@@ -22,6 +25,32 @@ namespace tools {
 namespace {
 
 using sparkhost::Host;
+
+// The plug-in prints its start-up banner on standard output. The tool keeps
+// standard output for what it was asked to print (--list-controls), so the
+// banner goes to standard error, or nowhere with --quiet.
+class BannerToStderr {
+public:
+    explicit BannerToStderr(bool quiet) {
+        std::fflush(stdout);
+        saved_ = dup(STDOUT_FILENO);
+        const int target = quiet ? open("/dev/null", O_WRONLY) : dup(STDERR_FILENO);
+        if (target >= 0) {
+            dup2(target, STDOUT_FILENO);
+            close(target);
+        }
+    }
+    ~BannerToStderr() {
+        std::fflush(stdout);
+        if (saved_ >= 0) {
+            dup2(saved_, STDOUT_FILENO);
+            close(saved_);
+        }
+    }
+
+private:
+    int saved_ = -1;
+};
 
 bool exists(const std::string& path) {
     struct stat st {};
@@ -198,7 +227,10 @@ Status run_render(const Options& o) {
     MessageRelay relay(*host);
 
     const std::map<int, double> defaults = control_values(*host);
-    host->initialise();
+    {
+        BannerToStderr banner(o.quiet);
+        host->initialise();
+    }
     relay.flush();
     if (!o.setup.empty() && !host->load_setup(o.setup, error)) return failure("--setup: " + error);
     AutoPreviewOff auto_preview(*host);

@@ -1,5 +1,9 @@
 #include "tools/test_card.h"
 
+#include <string>
+
+#include "tools/digit_font.h"
+
 namespace tools {
 
 namespace {
@@ -28,6 +32,17 @@ void draw_test_card(sparkhost::FrameBuffer& b, int frame) {
             put(b, x, y, rgb);
         }
     }
+    // The frame number, large, in a black box in the upper middle.
+    const std::string number = std::to_string(frame);
+    const int scale = b.height / 40 > 1 ? b.height / 40 : 1;
+    const int w = digits_width(number, scale) + 2 * scale, h = 7 * scale;
+    const int x0 = (b.width - w) / 2, y0 = b.height / 8;
+    const unsigned char black[3] = {0, 0, 0}, white[3] = {255, 255, 255};
+    for (int y = y0; y < y0 + h && y < b.height; ++y)
+        for (int x = x0 < 0 ? 0 : x0; x < x0 + w && x < b.width; ++x) put(b, x, y, black);
+    draw_digits(number, x0 + 2 * scale, y0 + scale, scale, [&](int x, int y) {
+        if (x >= 0 && y >= 0 && x < b.width && y < b.height) put(b, x, y, white);
+    });
 }
 
 void draw_gradient(sparkhost::FrameBuffer& b) {

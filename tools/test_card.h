@@ -2,7 +2,8 @@
 #include "sparkhost/host.h"
 
 namespace tools {
-// A generated test card (colour bars over a grid, with a frame counter strip)
+// A generated test card (colour bars over a grid, the frame number, and a
+// strip whose lit cell moves with the frame)
 // written into a host buffer.
 void draw_test_card(sparkhost::FrameBuffer& buffer, int frame);
 // A vertical gradient from dark blue to orange.
