@@ -6,6 +6,7 @@ packages=(
   build-essential cmake pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
   libgl-dev
+  libopenimageio-dev libcli11-dev
 )
 
 missing=()
