@@ -169,10 +169,19 @@ void write_control(sparkhost::Host& host, Control& c, double value) {
         return;
     }
     c.set_value(value);
-    if (c.callback()) host.call_callback(c.number);
+    if (!c.callback()) return;
+    const double written = c.value();
+    host.call_callback(c.number);
+    // A disabled control's callback puts the old value back, as a click on
+    // a greyed-out checkbox does nothing in the host.
+    if (c.value() != written && c.kind != ControlKind::Color) {
+        warn("\"" + display_name(c) + "\" (" + std::to_string(c.number) +
+             ") is disabled by the other settings; it stays " + number_text(c.value()));
+    }
 }
 
-Status apply_setting(sparkhost::Host& host, const std::string& assignment, const std::string& option) {
+Status apply_setting(sparkhost::Host& host, const std::string& assignment, const std::string& option,
+                     AutoPreviewOff* auto_preview) {
     const auto eq = assignment.find('=');
     if (eq == std::string::npos)
         return usage_error(option + " \"" + assignment + "\": use NAME=VALUE, e.g. \"Z Speed=6\"");
@@ -183,6 +192,7 @@ Status apply_setting(sparkhost::Host& host, const std::string& assignment, const
         !s.ok())
         return s;
     write_control(host, *c, value);
+    if (auto_preview && copies_of(c->number) == kCommonCopies[2]) auto_preview->adopt();
     return ok_status();
 }
 
@@ -194,6 +204,11 @@ void AutoPreviewOff::suspend() {
             if (!saved_.count(n)) saved_[n] = c->value();
             c->set_value(0);
         }
+}
+
+void AutoPreviewOff::adopt() {
+    saved_.clear();
+    suspend();
 }
 
 void AutoPreviewOff::restore() {

@@ -33,9 +33,6 @@ Status parse_control_value(const sparkhost::Control& control, const std::string&
 // kept equal, and any other control's callback is called.
 void write_control(sparkhost::Host& host, sparkhost::Control& control, double value);
 
-// "Z Speed=6" / "15=6".
-Status apply_setting(sparkhost::Host& host, const std::string& assignment, const std::string& option);
-
 // Auto Preview makes a callback re-process the frame at once, which would
 // advance the simulation outside the frame range: the tool renders with it
 // off and puts the user's value back for setups.
@@ -45,11 +42,18 @@ public:
     ~AutoPreviewOff() { restore(); }
     void restore();
     void suspend();
+    // Takes the value just written into Auto Preview as the user's.
+    void adopt();
 
 private:
     sparkhost::Host& host_;
     std::map<int, double> saved_;
 };
+
+// "Z Speed=6" / "15=6". A value for Auto Preview becomes the user's value
+// that `auto_preview` puts back for setups.
+Status apply_setting(sparkhost::Host& host, const std::string& assignment, const std::string& option,
+                     AutoPreviewOff* auto_preview = nullptr);
 
 // The effect's demo presets: the Demos popup value set, then its callback.
 // Returns false (with a warning) when the plug-in has no Demos control.

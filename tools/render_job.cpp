@@ -149,10 +149,10 @@ Status check_outputs(const Options& o) {
     return ok_status();
 }
 
-Status apply_controls(Host& host, const Options& o) {
+Status apply_controls(Host& host, const Options& o, AutoPreviewOff& auto_preview) {
     if (!o.preset.empty()) apply_preset(host, o.preset);
     for (const std::string& s : o.sets)
-        if (Status st = apply_setting(host, s, "--set"); !st.ok()) return st;
+        if (Status st = apply_setting(host, s, "--set", &auto_preview); !st.ok()) return st;
     if (!o.quality.empty()) {
         if (host.control(kQualityControl))
             return apply_setting(host, std::to_string(kQualityControl) + "=" + o.quality, "--quality");
@@ -234,7 +234,7 @@ Status run_render(const Options& o) {
     relay.flush();
     if (!o.setup.empty() && !host->load_setup(o.setup, error)) return failure("--setup: " + error);
     AutoPreviewOff auto_preview(*host);
-    if (Status s = apply_controls(*host, o); !s.ok()) return s;
+    if (Status s = apply_controls(*host, o, auto_preview); !s.ok()) return s;
     int key_count = 0;
     if (!o.keys.empty())
         if (Status s = load_keys(*host, o.keys, key_count); !s.ok()) return s;
