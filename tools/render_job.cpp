@@ -243,6 +243,10 @@ Status run_render(const Options& o) {
         list_controls(*host, defaults);
         return ok_status();
     }
+    // Refuse existing frames before anything, the setup included, is written.
+    const bool rendering = !o.out.empty() || !o.contact_sheet.empty();
+    if (rendering)
+        if (Status s = check_outputs(o); !s.ok()) return s;
     if (!o.save_setup.empty()) {
         // The setup holds what the user chose, Auto Preview included; keys
         // are animation, kept in the key file, not in setups.
@@ -251,8 +255,7 @@ Status run_render(const Options& o) {
         auto_preview.suspend();
         if (!saved) return failure("--save-setup: " + error);
     }
-    if (o.out.empty() && o.contact_sheet.empty()) return ok_status();
-    if (Status s = check_outputs(o); !s.ok()) return s;
+    if (!rendering) return ok_status();
 
     inputs.fill_defaults(*host);
     // The chunk's first inputs are checked before any simulation time is spent.
