@@ -6,6 +6,7 @@ packages=(
   build-essential cmake pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
   libgl-dev libosmesa6-dev
+  libopenimageio-dev libcli11-dev
 )
 
 missing=()

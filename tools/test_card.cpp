@@ -1,6 +1,8 @@
 #include "tools/test_card.h"
 
-#include <cstdio>
+#include <string>
+
+#include "tools/digit_font.h"
 
 namespace tools {
 
@@ -30,6 +32,17 @@ void draw_test_card(sparkhost::FrameBuffer& b, int frame) {
             put(b, x, y, rgb);
         }
     }
+    // The frame number, large, in a black box in the upper middle.
+    const std::string number = std::to_string(frame);
+    const int scale = b.height / 40 > 1 ? b.height / 40 : 1;
+    const int w = digits_width(number, scale) + 2 * scale, h = 7 * scale;
+    const int x0 = (b.width - w) / 2, y0 = b.height / 8;
+    const unsigned char black[3] = {0, 0, 0}, white[3] = {255, 255, 255};
+    for (int y = y0; y < y0 + h && y < b.height; ++y)
+        for (int x = x0 < 0 ? 0 : x0; x < x0 + w && x < b.width; ++x) put(b, x, y, black);
+    draw_digits(number, x0 + 2 * scale, y0 + scale, scale, [&](int x, int y) {
+        if (x >= 0 && y >= 0 && x < b.width && y < b.height) put(b, x, y, white);
+    });
 }
 
 void draw_gradient(sparkhost::FrameBuffer& b) {
@@ -40,32 +53,6 @@ void draw_gradient(sparkhost::FrameBuffer& b) {
                                       static_cast<unsigned char>(120 - t * 100 / 255)};
         for (int x = 0; x < b.width; ++x) put(b, x, y, rgb);
     }
-}
-
-bool write_ppm(const sparkhost::FrameBuffer& b, const std::string& path) {
-    const std::string temp = path + ".tmp";
-    FILE* f = std::fopen(temp.c_str(), "wb");
-    if (!f) return false;
-    std::fprintf(f, "P6\n%d %d\n%d\n", b.width, b.height, b.deep ? 65535 : 255);
-    bool ok = true;
-    for (int y = 0; y < b.height && ok; ++y) {
-        for (int x = 0; x < b.width && ok; ++x) {
-            for (int c = 0; c < 3; ++c) {
-                const unsigned v = b.get(x, y, c);
-                if (b.deep) {  // 16-bit PPM is big-endian
-                    ok = std::fputc(v >> 8, f) != EOF && std::fputc(v & 0xFF, f) != EOF;
-                } else {
-                    ok = std::fputc(static_cast<int>(v), f) != EOF;
-                }
-            }
-        }
-    }
-    ok = (std::fclose(f) == 0) && ok;
-    if (!ok || std::rename(temp.c_str(), path.c_str()) != 0) {
-        std::remove(temp.c_str());
-        return false;
-    }
-    return true;
 }
 
 }  // namespace tools

@@ -2,11 +2,10 @@
 #include "sparkhost/host.h"
 
 namespace tools {
-// A generated test card (colour bars over a grid, with a frame counter strip)
+// A generated test card (colour bars over a grid, the frame number, and a
+// strip whose lit cell moves with the frame)
 // written into a host buffer.
 void draw_test_card(sparkhost::FrameBuffer& buffer, int frame);
 // A vertical gradient from dark blue to orange.
 void draw_gradient(sparkhost::FrameBuffer& buffer);
-// Writes a buffer as a binary PPM (8-bit) or 16-bit PPM (12-bit buffers).
-bool write_ppm(const sparkhost::FrameBuffer& buffer, const std::string& path);
 }  // namespace tools
