@@ -25,16 +25,25 @@ void IntegerControlQ7::Hide(bool hide) {
     hidden = hide;
 }
 
+namespace {
+// Greys a slider out by freezing its range at its value, or frees it again
+// with the range it was defined with.
+template <class Descriptor, class Range>
+void freeze_range(Descriptor* d, const Range* aux, bool off) {
+    if (off) {
+        d->min = d->value;
+        d->max = d->value;
+    } else if (aux) {
+        d->min = aux->minimum;
+        d->max = aux->maximum;
+    }
+}
+}  // namespace
+
 void IntegerControlQ7::Disable(bool off) {
     if (disabled == off) return;
     if (desc()) {
-        if (off) {
-            desc()->min = desc()->value;
-            desc()->max = desc()->value;
-        } else if (aux) {
-            desc()->min = aux->minimum;
-            desc()->max = aux->maximum;
-        }
+        freeze_range(desc(), aux, off);
         sparkControlUpdate(id);
     }
     disabled = off;
@@ -68,13 +77,7 @@ void FloatControlQ7::Hide(bool hide) {
 void FloatControlQ7::Disable(bool off) {
     if (disabled == off) return;
     if (desc()) {
-        if (off) {
-            desc()->min = desc()->value;
-            desc()->max = desc()->value;
-        } else if (aux) {
-            desc()->min = aux->minimum;
-            desc()->max = aux->maximum;
-        }
+        freeze_range(desc(), aux, off);
         sparkControlUpdate(id);
     }
     disabled = off;
