@@ -12,7 +12,7 @@
 
 namespace render {
 
-// The spec'd clamp of this renderer: low if value < low, else the smaller of
+// The renderer's clamp: low if value < low, else the smaller of
 // value and high. A NaN value compares false both times and becomes high,
 // which keeps a degenerate mapping inside the image.
 inline float clamp_value(float value, float low, float high) {

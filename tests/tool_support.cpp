@@ -11,6 +11,8 @@
 #include <map>
 #include <sstream>
 
+#include "tools/open_image.h"
+
 namespace tool_support {
 
 namespace {
@@ -74,26 +76,27 @@ void write_picture(const std::string& path, int width, int height, int channels,
                    const void* pixels, int bits_per_sample) {
     auto out = OIIO::ImageOutput::create(path);
     ASSERT_TRUE(out) << OIIO::geterror();
-    OIIO::ImageSpec spec(width, height, channels, type_of(type));
-    if (bits_per_sample) spec.attribute("oiio:BitsPerSample", bits_per_sample);
-    ASSERT_TRUE(out->open(path, spec)) << out->geterror();
+    OIIO::ImageSpec header(width, height, channels, type_of(type));
+    if (bits_per_sample) header.attribute("oiio:BitsPerSample", bits_per_sample);
+    ASSERT_TRUE(out->open(path, header)) << out->geterror();
     ASSERT_TRUE(out->write_image(type_of(type), pixels)) << out->geterror();
     ASSERT_TRUE(out->close());
 }
 
 Picture read_picture(const std::string& path) {
     Picture p;
-    auto in = OIIO::ImageInput::open(path);
-    EXPECT_TRUE(in) << path << ": " << OIIO::geterror();
+    OIIO::ImageSpec header;
+    std::string error;
+    auto in = tools::open_image(path, header, error);
+    EXPECT_TRUE(in) << path << ": " << error;
     if (!in) return p;
-    const OIIO::ImageSpec& spec = in->spec();
-    p.width = spec.width;
-    p.height = spec.height;
-    p.channels = spec.nchannels;
-    p.format = spec.format.c_str();
-    p.bits = spec.get_int_attribute("oiio:BitsPerSample", 0);
+    p.width = header.width;
+    p.height = header.height;
+    p.channels = header.nchannels;
+    p.format = header.format.c_str();
+    p.bits = header.get_int_attribute("oiio:BitsPerSample", 0);
     const std::size_t n = static_cast<std::size_t>(p.width) * p.height * p.channels;
-    if (spec.format.is_floating_point()) {
+    if (header.format.is_floating_point()) {
         p.floats.resize(n);
         EXPECT_TRUE(in->read_image(0, 0, 0, p.channels, OIIO::TypeDesc::FLOAT, p.floats.data()));
     } else {

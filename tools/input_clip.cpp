@@ -6,6 +6,8 @@
 #include <memory>
 #include <vector>
 
+#include "tools/open_image.h"
+
 namespace tools {
 
 namespace {
@@ -19,8 +21,8 @@ std::string frame_text(const FramePattern& p, int frame) {
     return p.is_sequence() ? " (frame " + std::to_string(frame) + ")" : std::string();
 }
 
-Status open_failure(const std::string& role, const std::string& path, const FramePattern& p, int frame) {
-    std::string why = OIIO::geterror();
+Status open_failure(const std::string& role, const std::string& path, const FramePattern& p, int frame,
+                    std::string why) {
     if (FILE* f = std::fopen(path.c_str(), "rb")) {
         std::fclose(f);
         if (why.empty()) why = "unreadable or corrupt image";
@@ -62,16 +64,17 @@ void fill_buffer(sparkhost::FrameBuffer& b, unsigned level8) {
 
 Status InputClip::probe(int frame, ImageInfo& info) const {
     const std::string path = pattern_.at(frame);
-    auto in = OIIO::ImageInput::open(path);
-    if (!in) return open_failure(role_, path, pattern_, frame);
-    const OIIO::ImageSpec& spec = in->spec();
-    info.width = spec.width;
-    info.height = spec.height;
-    if (is_float(spec.format)) {
+    OIIO::ImageSpec header;
+    std::string error;
+    auto in = open_image(path, header, error);
+    if (!in) return open_failure(role_, path, pattern_, frame, error);
+    info.width = header.width;
+    info.height = header.height;
+    if (is_float(header.format)) {
         info.bits = 32;
     } else {
-        const int stored = static_cast<int>(spec.format.size()) * 8;
-        const int bits = spec.get_int_attribute("oiio:BitsPerSample", 0);
+        const int stored = static_cast<int>(header.format.size()) * 8;
+        const int bits = header.get_int_attribute("oiio:BitsPerSample", 0);
         info.bits = bits > 0 ? bits : stored;
     }
     return ok_status();
@@ -81,19 +84,20 @@ Status InputClip::load(int frame, sparkhost::FrameBuffer& buffer, bool& clipped)
     const std::string path = pattern_.at(frame);
     if (path == loaded_) return ok_status();
     loaded_.clear();
-    auto in = OIIO::ImageInput::open(path);
-    if (!in) return open_failure(role_, path, pattern_, frame);
-    const OIIO::ImageSpec spec = in->spec();
-    if (spec.width != buffer.width || spec.height != buffer.height)
-        return usage_error(role_ + " " + path + frame_text(pattern_, frame) + " is " + std::to_string(spec.width) +
-                           "x" + std::to_string(spec.height) + ", the front is " + std::to_string(buffer.width) +
+    OIIO::ImageSpec header;
+    std::string error;
+    auto in = open_image(path, header, error);
+    if (!in) return open_failure(role_, path, pattern_, frame, error);
+    if (header.width != buffer.width || header.height != buffer.height)
+        return usage_error(role_ + " " + path + frame_text(pattern_, frame) + " is " + std::to_string(header.width) +
+                           "x" + std::to_string(header.height) + ", the front is " + std::to_string(buffer.width) +
                            "x" + std::to_string(buffer.height) + ": all inputs must have the front's size");
-    const int channels = spec.nchannels;
+    const int channels = header.nchannels;
     if (channels < 1) return failure(role_ + " " + path + ": the image has no channels");
     // Grey images (mattes) fill R, G and B; a fourth channel (alpha) is not used.
     const int rgb[3] = {0, channels >= 3 ? 1 : 0, channels >= 3 ? 2 : 0};
-    const std::size_t count = static_cast<std::size_t>(spec.width) * spec.height * channels;
-    const bool floating = is_float(spec.format);
+    const std::size_t count = static_cast<std::size_t>(header.width) * header.height * channels;
+    const bool floating = is_float(header.format);
     std::vector<float> floats;
     std::vector<std::uint16_t> ints;
     bool read_ok;
@@ -113,9 +117,9 @@ Status InputClip::load(int frame, sparkhost::FrameBuffer& buffer, bool& clipped)
         return failure(role_ + " " + path + frame_text(pattern_, frame) + ": cannot read: " +
                        (why.empty() ? "corrupt image" : why));
     }
-    for (int y = 0; y < spec.height; ++y) {
-        for (int x = 0; x < spec.width; ++x) {
-            const std::size_t base = (static_cast<std::size_t>(y) * spec.width + x) * channels;
+    for (int y = 0; y < header.height; ++y) {
+        for (int x = 0; x < header.width; ++x) {
+            const std::size_t base = (static_cast<std::size_t>(y) * header.width + x) * channels;
             for (int c = 0; c < 3; ++c) {
                 const std::size_t i = base + rgb[c];
                 const unsigned v = floating ? host_value_from_float(floats[i], buffer.deep, clipped)

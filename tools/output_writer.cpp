@@ -53,13 +53,13 @@ std::string temporary_name(const std::string& path) {
     return dir + "." + base + "." + std::to_string(getpid()) + ".part";
 }
 
-Status write_pixels(const std::string& path, OIIO::ImageSpec spec, OIIO::TypeDesc data_type, const void* data) {
+Status write_pixels(const std::string& path, OIIO::ImageSpec header, OIIO::TypeDesc data_type, const void* data) {
     auto out = OIIO::ImageOutput::create(path);
     if (!out) return failure("cannot write " + path + ": " + one_line(OIIO::geterror()));
-    spec.attribute("Software", "paneburst-render");
+    header.attribute("Software", "paneburst-render");
     const std::string temp = temporary_name(path);
     set_partial(temp);
-    bool ok = out->open(temp, spec) && out->write_image(data_type, data);
+    bool ok = out->open(temp, header) && out->write_image(data_type, data);
     std::string why = ok ? std::string() : one_line(out->geterror());
     ok = out->close() && ok;
     if (ok && std::rename(temp.c_str(), path.c_str()) != 0) {
@@ -125,10 +125,10 @@ Status write_frame(const sparkhost::FrameBuffer& b, const std::string& path) {
     }
     std::vector<std::uint16_t> px(n);
     for (std::size_t i = 0; i < n; ++i) px[i] = static_cast<std::uint16_t>(widen12(value(i)));
-    OIIO::ImageSpec spec(b.width, b.height, 3, OIIO::TypeDesc::UINT16);
+    OIIO::ImageSpec header(b.width, b.height, 3, OIIO::TypeDesc::UINT16);
     // DPX keeps the buffer's 12 bits as they are (it drops the replicated low bits).
-    if (format == "dpx") spec.attribute("oiio:BitsPerSample", 12);
-    return write_pixels(path, spec, OIIO::TypeDesc::UINT16, px.data());
+    if (format == "dpx") header.attribute("oiio:BitsPerSample", 12);
+    return write_pixels(path, header, OIIO::TypeDesc::UINT16, px.data());
 }
 
 Status write_rgb8(const std::vector<std::uint8_t>& pixels, int width, int height, const std::string& path) {
