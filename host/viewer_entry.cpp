@@ -35,6 +35,14 @@ bool is_set(const SparkBooleanDesc& checkbox) { return *reinterpret_cast<const u
 // through 0 toward negative values, 0.5 meaning 2/3 and 0 meaning a half.
 float effective_zoom(float zoom) { return zoom >= 1.0f ? zoom : 1.0f / (2.0f - zoom); }
 
+// Truncation toward zero of the stretched width. A ratio no host gives (NaN,
+// or one that overflows an int) leaves no overlay rather than undefined
+// behaviour.
+int truncate_width(float w) {
+    if (!(w > -2147483648.0f && w < 2147483648.0f)) return 0;
+    return static_cast<int>(w);
+}
+
 // The redraw's refresh: only the slider and position objects. Checkbox, list
 // and colour objects keep what the last frame or callback cached.
 void refresh_overlay_controls(PaneburstInfo& info) {
@@ -104,7 +112,7 @@ SPARK_EXPORT void SparkOverlay(HostFrameRecord record, float zoom) {
 
     OverlayQ7& overlay = Instance;
     const std::int32_t frame_width = frame_get<std::int32_t>(record, frame_field::frame_width);
-    overlay.width = static_cast<int>(static_cast<float>(frame_width) * ratio);
+    overlay.width = truncate_width(static_cast<float>(frame_width) * ratio);
     overlay.height = frame_get<std::int32_t>(record, frame_field::frame_height);
     overlay.zoom = z;
 
