@@ -12,6 +12,8 @@
 //   render/outline.cpp        element outlines, the nearest-depth rule
 //   render/rasteriser*.cpp    the polygon rasteriser
 //   render/lighting.cpp       light factors, background and compositing workers
+//   render/gl_preview.cpp     element outlines and side-view profiles in the viewer
+//   render/effect_overlay.cpp the viewer overlay: side view, handles, wind cone
 #pragma once
 
 #include "effect/paneburst_info.h"
@@ -82,6 +84,15 @@ public:
     void mp_copywithlight(long first, long last);
     void mp_copynolight(long first, long last);
     void mp_compo(long first, long last);
+
+    // ---- Viewer overlay (render/gl_preview.cpp, render/effect_overlay.cpp) ----
+    void RenderOverlay() override;
+    void HandleInteraction(InterType type, float x, float y) override;
+    void render_OpenGL_polygons(tagINFO* info, tagPOLYGON* polygons, float a);
+    void OpenGL_polygon_render(tagINFO* info, tagPOLYGON* poly, float a, float r);
+    // The two edges of a cone from (x1, y1) around the direction to (x2, y2),
+    // as long as that distance; their ends become the cone widget's tips.
+    void draw_cone(float x1, float y1, float x2, float y2, float half_angle, int tip_a, int tip_b, int dotted);
 
     // ---- Frame pipeline and control handling ----
     // Visibility of the dependent controls (effect/visibility.cpp).

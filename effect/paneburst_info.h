@@ -6,6 +6,7 @@
 #include "framework/plugin.h"
 #include "framework/slider_controls.h"
 #include "framework/text_controls.h"
+#include "render/paneburst_overlay.h"
 
 class PaneburstInfo {
 public:
@@ -15,8 +16,15 @@ public:
     SourceQ7 matte_3d_clip;
     ResultQ7 result_clip;
 
-    // The viewer widgets go here: five CrosshairOverlayQ7, one LineOverlayQ7
-    // and the effect's PaneburstOverlayQ7.
+    // The viewer widgets. The viewer entry point binds them to their controls
+    // before every redraw; RenderOverlay places and draws them.
+    CrosshairOverlayQ7 light_crosshair;       // 36/37 Light X/Y, with diagonal arms
+    CrosshairOverlayQ7 repulsion_crosshair;   // 72/73
+    CrosshairOverlayQ7 attraction_crosshair;  // 79/80
+    CrosshairOverlayQ7 wind_source_crosshair; // 65/66
+    CrosshairOverlayQ7 wind_target_crosshair; // 67/68
+    LineOverlayQ7 wind_line;                  // 65/66 to 67/68
+    PaneburstOverlayQ7 wind_cone;             // 70 Wind Spread
 
     // Control objects, each bound to its host control at initialisation
     // (host/binding.cpp gives the numbers).
