@@ -27,6 +27,10 @@ using BindingTable = std::array<BindingRow, kBoundControls>;
 // after a reset. The two spare objects of PaneburstInfo are not in it.
 BindingTable binding_table(PaneburstInfo& info);
 
+// The same rows without their objects (`object` is null): the descriptor side
+// of the binding, constant data that may be read before Instance exists.
+BindingTable binding_descriptors();
+
 // The row of `Instance` whose object is bound to control number `id` (the x
 // number of a position), or null.
 const BindingRow* bound_control(int id);

@@ -4,6 +4,10 @@
 // controls are shown where that can change.
 //
 // The position pairs share the callback of their x control (37 calls dlcb_36).
+//
+// Every member runs the same steps, some of them left out by its kind:
+// refresh, (checkboxes) redraw, disabled test, handler, notify test,
+// (checkboxes and lists) SyncControls, DefaultCB.
 #include "host/callbacks.h"
 
 #include <cstdint>
@@ -11,11 +15,12 @@
 #include "effect/paneburst.h"
 #include "host/binding.h"
 #include "host/descriptors.h"
+#include "host/light_colour.h"
 #include "host/spark_export.h"
 
 namespace {
 
-enum class Handler { None, CtrlUpdate, Use2DMatte, Use3DMatte, UseAttraction, Restart, Demos };
+enum class Handler { None, CtrlUpdate, Use2DMatte, Use3DMatte, UseAttraction, Restart, Demos, LightColour };
 
 // Undoes a change the user made on a disabled control: its saved value goes
 // back into the descriptor. Sliders, lists and buttons cannot be changed while
@@ -32,7 +37,7 @@ void undo_disabled_change(const BindingRow& row) {
     }
 }
 
-unsigned long* route(int control, Handler handler, bool sync_controls, const HostFrameRecord& record) {
+unsigned long* route(int control, Handler handler, bool sync_controls, int argument, const HostFrameRecord& record) {
     const BindingRow* row = bound_control(control);
     if (!row) return nullptr;
     ControlQ7& object = *row->object;
@@ -53,22 +58,23 @@ unsigned long* route(int control, Handler handler, bool sync_controls, const Hos
         case Handler::UseAttraction: Instance.UseAttractionCB(object, frame); break;
         case Handler::Restart: Instance.RestartCB(object, frame); break;
         case Handler::Demos: Instance.DemosCB(object, frame); break;
+        case Handler::LightColour:
+            // The sliders follow the pot, as GetLightColourCB moves them but
+            // without its tail: the member's own tail follows.
+            if (argument == 1) light_colour_pot_to_sliders(record);
+            break;
     }
-    // The colour pot's handler, moving the three sliders to the pot's
-    // colour, comes with the light-colour callbacks.
 
     if (!object.notify) return nullptr;
     if (sync_controls) Instance.SyncControls();
-    // The tail that re-processes the frame (Auto Preview) or redraws the
-    // viewer comes with the common-control callbacks.
-    return nullptr;
+    return DefaultCB(argument, record);
 }
 
 }  // namespace
 
 #define MEMBER(n, handler, sync_controls)                                         \
-    SPARK_EXPORT unsigned long* dlcb_##n(int, HostFrameRecord record) {         \
-        return route(n, Handler::handler, sync_controls, record);               \
+    SPARK_EXPORT unsigned long* dlcb_##n(int argument, HostFrameRecord record) {  \
+        return route(n, Handler::handler, sync_controls, argument, record);     \
     }
 
 extern "C" {
@@ -137,6 +143,6 @@ MEMBER(58, Restart, false)
 MEMBER(87, Restart, false)
 
 // The light colour pot.
-MEMBER(42, None, false)
+MEMBER(42, LightColour, false)
 
 }  // extern "C"

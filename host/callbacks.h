@@ -2,8 +2,12 @@
 // argument and the frame record whenever the user changes the control.
 //
 //   host/callbacks.cpp         dlcb_N: one per control bound to an object
-//   host/common_callbacks.cpp  the controls every page carries, the light
-//                              colour pair and the amplitude import
+//   host/callback_tails.cpp    DefaultCB and OverlayCB, the shared tails
+//   host/common_callbacks.cpp  the controls every page carries
+//   host/page_reset.cpp        the Reset button of each page
+//   host/light_colour.cpp      the light colour pot and its sliders
+//   host/help_button.cpp       the Help buttons
+//   host/amplitude_import.cpp  the amplitude import
 #pragma once
 
 #include "host/spark_abi.h"
@@ -90,3 +94,11 @@ PANEBURST_CALLBACK(SetLightColourCB);
 // Page 3.
 PANEBURST_CALLBACK(import_aiff_CB);
 }
+
+// The shared tails (not exported: no descriptor names them).
+// DefaultCB re-processes the frame when Auto Preview (page 0) is on and the
+// argument is 1, returning the result pixels; otherwise it asks for a viewer
+// redraw and returns null.
+PANEBURST_CALLBACK(DefaultCB);
+// OverlayCB only asks for a viewer redraw.
+PANEBURST_CALLBACK(OverlayCB);

@@ -37,6 +37,10 @@ protected:
                                     &SparkBoolean64, &SparkBoolean71, &SparkBoolean75, &SparkBoolean78,
                                     &SparkBoolean82})
             keep(*b);
+        // Auto Preview off: a member callback ends in a viewer redraw rather
+        // than a frame, which these tests have no buffers for.
+        keep(SparkBoolean34);
+        SparkBoolean34.value = 0;
         bind_controls(Instance);
     }
     void TearDown() override {
