@@ -3,6 +3,7 @@
 // without the simulation.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -14,104 +15,85 @@
 
 namespace scene {
 
-inline std::uint16_t pattern(int x, int y, int c) {
-    return static_cast<std::uint16_t>((x * 977 + y * 3119 + c * 7001 + 13) % 32768);
-}
-
 inline void fill_pattern(ImageQ7* img, int salt) {
+    auto v = [](long x, long y, int c) { return std::uint16_t((x * 977 + y * 3119 + c * 7001 + 13) % 32768); };
     for (long y = 0; y < img->height; ++y)
-        for (long x = 0; x < img->width; ++x) {
-            PixelQ7& p = img->at(x, y);
-            p.r = pattern(x, y, 0 + salt);
-            p.g = pattern(x, y, 1 + salt);
-            p.b = pattern(x, y, 2 + salt);
-            p.a = pattern(x, y, 3 + salt);
-        }
+        for (long x = 0; x < img->width; ++x)
+            img->at(x, y) = PixelQ7{v(x, y, salt), v(x, y, salt + 1), v(x, y, salt + 2), v(x, y, salt + 3)};
 }
 
 inline void fill(ImageQ7* img, std::uint16_t v) {
-    for (long y = 0; y < img->height; ++y)
-        for (long x = 0; x < img->width; ++x) img->at(x, y) = PixelQ7{v, v, v, v};
+    std::fill(img->buffer, img->buffer + img->width * img->height, PixelQ7{v, v, v, v});
 }
+
+inline std::vector<PixelQ7> pixels(const ImageQ7* img) {
+    return std::vector<PixelQ7>(img->buffer, img->buffer + img->width * img->height);
+}
+
+inline bool same(const PixelQ7* a, const PixelQ7* b, size_t n = 1) { return std::memcmp(a, b, n * sizeof *a) == 0; }
 
 // Owns the images and maps of a frame and the effect object drawing it.
 struct Scene {
     sparkhost::Host host;
     std::unique_ptr<Paneburst> fx{new Paneburst};
+    tagINFO& in = fx->info;
     std::unique_ptr<ImageQ7> front, back, matte2, matte3, result, canvas;
-    std::vector<float> map_u, map_v, map_cov;
+    std::vector<float> maps;
     int w, h;
 
     Scene(int width, int height, int bands = 1) : w(width), h(height) {
-        set_bands(bands);
-        front.reset(new ImageQ7(w, h));
-        back.reset(new ImageQ7(w, h));
-        matte2.reset(new ImageQ7(w, h));
-        matte3.reset(new ImageQ7(w, h));
-        result.reset(new ImageQ7(w, h));
-        canvas.reset(new ImageQ7(w, h));
+        host.settings.bands = bands;
+        DLnumProc = bands;
+        for (auto* img : {&front, &back, &matte2, &matte3, &result, &canvas}) img->reset(new ImageQ7(w, h));
         fill_pattern(front.get(), 0);
         fill_pattern(back.get(), 5);
         fill(matte2.get(), 0);
         fill(matte3.get(), 32767);
         fill(result.get(), 0);
-        tagINFO& in = fx->info;
-        std::memset(&in, 0, sizeof in);
+        copy_back_to_canvas();
+        maps.assign(3 * static_cast<size_t>(w) * h, 0.0f);
+        in.map_u = maps.data();
+        in.map_v = in.map_u + w * h;
+        in.map_coverage = in.map_v + w * h;
         in.front = front.get();
         in.back = back.get();
         in.matte_2d = matte2.get();
         in.matte_3d = matte3.get();
         in.result = result.get();
         in.lit_back = canvas.get();
-        in.width = w;
-        in.height = h;
+        in.width = fx->image_width = w;
+        in.height = fx->image_height = h;
         in.foreground_z = -192.0f;
         in.maximum_z = -12.0f;
         in.render_mode = 1;
         in.gloss = 1.0f;
-        fx->image_width = w;
-        fx->image_height = h;
-        reset_maps();
-        copy_back_to_canvas();
     }
     ~Scene() { DLnumProc = 1; }
 
-    void set_bands(int bands) {
-        host.settings.bands = bands;
-        DLnumProc = bands;
+    void copy_back_to_canvas() { std::copy(back->buffer, back->buffer + w * h, canvas->buffer); }
+
+    void light(float x, float y, float z, float brightness, int r, int g, int b) {
+        in.use_light = 1;
+        in.light_x = x, in.light_y = y, in.light_z = z;
+        in.light_brightness = brightness;
+        in.light_r = r, in.light_g = g, in.light_b = b;
     }
 
-    void reset_maps() {
-        map_u.assign(static_cast<size_t>(w) * h, 0.0f);
-        map_v.assign(static_cast<size_t>(w) * h, 0.0f);
-        map_cov.assign(static_cast<size_t>(w) * h, 0.0f);
-        fx->info.map_u = map_u.data();
-        fx->info.map_v = map_v.data();
-        fx->info.map_coverage = map_cov.data();
-    }
-
-    void copy_back_to_canvas() {
-        for (long y = 0; y < h; ++y)
-            for (long x = 0; x < w; ++x) canvas->at(x, y) = back->at(x, y);
-    }
-
-    // A grid of tiles of tw x th starting at (0, 0), each element at rest on
-    // its own tile at the foreground depth.
-    void grid(int tw, int th) {
-        tagINFO& in = fx->info;
+    // count elements of tw x th; grid() places them all at rest on their
+    // tiles, row by row from (0, 0), at the foreground depth.
+    void tiles(int tw, int th, int count) {
         in.tile_width = tw;
         in.tile_height = th;
+        in.element_count = count;
+    }
+    void grid(int tw, int th) {
         in.columns = (w + tw - 1) / tw;
         in.rows = (h + th - 1) / th;
-        in.element_count = in.columns * in.rows;
-        for (int r = 0; r < in.rows; ++r)
-            for (int c = 0; c < in.columns; ++c) place(r * in.columns + c, c * tw, r * th);
+        tiles(tw, th, in.columns * in.rows);
+        for (int i = 0; i < in.element_count; ++i) place(i, i % in.columns * tw, i / in.columns * th);
     }
-
     tagPOLYGON& place(int index, int left, int top) {
-        tagINFO& in = fx->info;
-        tagPOLYGON& p = fx->polygons[index];
-        std::memset(&p, 0, sizeof p);
+        tagPOLYGON& p = fx->polygons[index] = tagPOLYGON{};
         p.src_left = left;
         p.src_right = left + in.tile_width;
         p.src_top = top;
@@ -123,13 +105,7 @@ struct Scene {
         return p;
     }
 
-    void render() { fx->render_polygons(&fx->info, fx->polygons); }
-
-    std::vector<PixelQ7> canvas_pixels() const {
-        return std::vector<PixelQ7>(canvas->buffer, canvas->buffer + static_cast<size_t>(w) * h);
-    }
+    void render() { fx->render_polygons(&in, fx->polygons); }
 };
-
-inline bool same(const PixelQ7& a, const PixelQ7& b) { return a.r == b.r && a.g == b.g && a.b == b.b && a.a == b.a; }
 
 }  // namespace scene

@@ -13,263 +13,166 @@
 
 namespace {
 
-std::unique_ptr<Paneburst> make_effect() { return std::unique_ptr<Paneburst>(new Paneburst); }
-
-// The record the pipeline would pass for a grid: geometry plus the
-// parameters the rebuild reads.
-void set_grid(Paneburst& fx, int width, int height, int x_elements, int y_elements) {
-    const GridGeometry g = compute_grid(width, height, x_elements, y_elements);
-    fx.info.width = width;
-    fx.info.height = height;
-    apply_grid(&fx.info, g);
-    fx.info.foreground_z = -192.0f;
-    fx.info.speed_var_z = 0.1f;
-    fx.info.rot_var_x = fx.info.rot_var_y = fx.info.rot_var_z = 1.0f;
+// An effect with the record the pipeline would pass for a grid: geometry
+// plus the parameters the rebuild reads (the default variations).
+std::unique_ptr<Paneburst> effect_with_grid(int width, int height, int x_elements, int y_elements) {
+    std::unique_ptr<Paneburst> fx(new Paneburst);
+    fx->info.width = width, fx->info.height = height;
+    apply_grid(&fx->info, compute_grid(width, height, x_elements, y_elements));
+    fx->info.foreground_z = -192.0f;
+    fx->info.speed_var_z = 0.1f;
+    fx->info.rot_var_x = fx->info.rot_var_y = fx->info.rot_var_z = 1.0f;
+    return fx;
 }
 
 }  // namespace
 
-TEST(GridGeometry, TwelveAcross720StartsAtTheLeftEdge) {
-    const GridGeometry g = compute_grid(720, 486, 12, 9);
-    EXPECT_EQ(g.tile_width, 60);
-    EXPECT_EQ(g.grid_x0, 0);
-    EXPECT_EQ(g.columns, 12);
-    // Down: 54-pixel tiles, an edge at row 243, so the first starts at -27
-    // and the tenth at 459.
-    EXPECT_EQ(g.tile_height, 54);
-    EXPECT_EQ(g.grid_y0, -27);
-    EXPECT_EQ(g.rows, 10);
-    EXPECT_EQ(g.element_count, 120);
-    EXPECT_FALSE(g.clamp_x);
-    EXPECT_FALSE(g.clamp_y);
-}
-
-TEST(GridGeometry, SevenAcross720HasPartTilesAtBothBorders) {
-    const GridGeometry g = compute_grid(720, 486, 7, 9);
-    EXPECT_EQ(g.tile_width, 102);
-    EXPECT_EQ(g.grid_x0, -48);
-    EXPECT_EQ(g.columns, 8);
-    EXPECT_EQ(g.grid_x0 + (g.columns - 1) * g.tile_width, 666);
-}
-
-TEST(GridGeometry, UsualFramesAtOneHundredElements) {
-    GridGeometry g = compute_grid(720, 486, 100, 100);
-    EXPECT_EQ(g.tile_width, 7);
-    EXPECT_EQ(g.grid_x0, -4);  // 360 - 52 x 7
-    EXPECT_EQ(g.columns, 104);
-    EXPECT_EQ(g.rows, 122);
-    EXPECT_EQ(g.element_count, 12688);
-    g = compute_grid(1920, 1080, 100, 100);
-    EXPECT_EQ(g.columns * g.rows, 102 * 108);
-    g = compute_grid(360, 288, 100, 100);
-    EXPECT_EQ(g.columns, 120);
-    EXPECT_EQ(g.rows, 144);
-    EXPECT_EQ(g.element_count, 17280);
-}
-
-TEST(GridGeometry, OneElementAcrossIsOneWholeColumn) {
-    const GridGeometry g = compute_grid(720, 486, 1, 1);
-    EXPECT_EQ(g.tile_width, 720);
-    EXPECT_EQ(g.grid_x0, 0);
-    EXPECT_EQ(g.columns, 1);
-    EXPECT_EQ(g.rows, 1);
+// Tiles are W / n rounded down; with more than one column a tile edge sits on
+// the centre (W + 1) / 2, so the origin is the centre minus whole tiles.
+TEST(GridGeometry, TileSizeOriginAndCounts) {
+    const struct { int w, h, nx, ny, tile_w, x0, columns, tile_h, y0, rows; } cases[] = {
+        {720, 486, 12, 9, 60, 0, 12, 54, -27, 10},         // edge on row 243: the first row starts at -27
+        {720, 486, 7, 9, 102, -48, 8, 54, -27, 10},        // part tiles at both borders, the last at 666
+        {720, 486, 100, 100, 7, -4, 104, 4, -1, 122},      // 360 - 52 x 7; 12,688 elements
+        {1920, 1080, 100, 100, 19, -9, 102, 10, 0, 108},   // 960 - 51 x 19
+        {360, 288, 100, 100, 3, 0, 120, 2, 0, 144},        // 17,280 elements: above the usual capacity
+        {720, 486, 1, 1, 720, 0, 1, 486, 0, 1},            // one element across is one whole column
+    };
+    for (const auto& c : cases) {
+        const GridGeometry g = compute_grid(c.w, c.h, c.nx, c.ny);
+        const std::vector<int> got = {g.tile_width, g.grid_x0,  g.columns,       g.tile_height,
+                                      g.grid_y0,    g.rows,     g.element_count, g.clamp_x || g.clamp_y};
+        EXPECT_EQ(got, (std::vector<int>{c.tile_w, c.x0, c.columns, c.tile_h, c.y0, c.rows, c.columns * c.rows, 0}))
+            << c.w << "x" << c.h << " at " << c.nx << "x" << c.ny;
+    }
 }
 
 TEST(GridGeometry, EveryGridCoversTheFrameWithAnEdgeOnTheCentre) {
     for (int w : {1, 2, 3, 22, 45, 359, 360, 721, 1920}) {
         for (int n : {1, 2, 3, 7, 12, 33, 99, 100}) {
             const GridGeometry g = compute_grid(w, 100, n, 1);
-            const int tile = g.tile_width;
+            const int tile = g.tile_width, x0 = g.grid_x0;
             ASSERT_GE(tile, 1);
-            EXPECT_LE(g.grid_x0, 0) << w << " " << n;
-            EXPECT_GT(g.grid_x0 + tile, 0) << w << " " << n;             // the first tile reaches into the frame
-            EXPECT_LT(g.grid_x0 + (g.columns - 1) * tile, w) << w << " " << n;  // the last starts inside
-            EXPECT_GE(g.grid_x0 + g.columns * tile, w) << w << " " << n;    // and the grid covers it
-            if (g.columns > 1) {
-                EXPECT_EQ(((w + 1) / 2 - g.grid_x0) % tile, 0) << w << " " << n;
-            }
+            // The first tile reaches into the frame, the last starts inside it, the grid covers it.
+            EXPECT_TRUE(x0 <= 0 && x0 + tile > 0 && x0 + (g.columns - 1) * tile < w && x0 + g.columns * tile >= w)
+                << w << " " << n;
+            EXPECT_TRUE(g.columns == 1 || ((w + 1) / 2 - x0) % tile == 0) << w << " " << n;
         }
     }
 }
 
-TEST(GridGeometry, TooManyElementsAreClampedOnceAtAReducedPreview) {
+// The restart check compares the requested cell size with the last frame's.
+TEST(GridGeometry, RestartOnCellSizeAndOneClampAtAReducedPreview) {
     tagINFO info{};
-    // A 720-wide frame at 100 elements, then its 1/32 preview, 22 wide.
-    GridGeometry g = compute_grid(720, 486, 100, 100);
     info.last_cell_w = info.last_cell_h = -10;
-    EXPECT_TRUE(grid_cells_changed(info, g));  // the first frame always rebuilds
+    GridGeometry g = compute_grid(720, 486, 100, 100);  // 720 wide at 100 elements
+    EXPECT_TRUE(grid_cells_changed(info, g));           // the first frame always rebuilds
     apply_grid(&info, g);
     EXPECT_EQ(info.last_cell_w, 7);
+    EXPECT_FALSE(grid_cells_changed(info, compute_grid(720, 486, 99, 100)));  // 720 / 99 is 7 as well
+    EXPECT_TRUE(grid_cells_changed(info, compute_grid(720, 486, 12, 100)));
 
-    g = compute_grid(22, 15, 100, 100);
-    EXPECT_TRUE(g.clamp_x);
-    EXPECT_EQ(g.x_elements, 22);
-    EXPECT_TRUE(g.clamp_y);
-    EXPECT_EQ(g.y_elements, 15);
-    EXPECT_EQ(g.tile_width, 1);
-    EXPECT_EQ(g.tile_height, 1);
-    EXPECT_EQ(g.columns, 22);
-    EXPECT_EQ(g.grid_x0, 0);
+    g = compute_grid(22, 15, 100, 100);  // its 1/32 preview, 22 wide: clamped to one pixel a tile
+    EXPECT_TRUE(g.clamp_x && g.clamp_y);
+    EXPECT_TRUE(g.x_elements == 22 && g.y_elements == 15 && g.columns == 22 && g.grid_x0 == 0);
+    EXPECT_TRUE(g.tile_width == 1 && g.tile_height == 1);
     EXPECT_TRUE(grid_cells_changed(info, g));  // 22 / 100 = 0 differs from 7: rebuild
     apply_grid(&info, g);
     EXPECT_EQ(info.last_cell_w, 1);
-
-    // The next frame reads the clamped control: no clamp, no rebuild.
-    g = compute_grid(22, 15, 22, 15);
-    EXPECT_FALSE(g.clamp_x);
-    EXPECT_FALSE(g.clamp_y);
-    EXPECT_FALSE(grid_cells_changed(info, g));
-}
-
-TEST(GridGeometry, SameCellSizeDoesNotRestart) {
-    tagINFO info{};
-    apply_grid(&info, compute_grid(720, 486, 99, 9));
-    const GridGeometry g = compute_grid(720, 486, 100, 9);
-    EXPECT_EQ(g.requested_cell_w, 7);
-    EXPECT_FALSE(grid_cells_changed(info, g));
-    EXPECT_TRUE(grid_cells_changed(info, compute_grid(720, 486, 12, 9)));
+    g = compute_grid(22, 15, 22, 15);  // the next frame reads the clamped control: no clamp, no rebuild
+    EXPECT_FALSE(g.clamp_x || g.clamp_y || grid_cells_changed(info, g));
 }
 
 TEST(InitialisePolygons, TilesCentresAndFixedFields) {
-    auto fx = make_effect();
-    set_grid(*fx, 720, 486, 100, 9);  // odd tile width 7
+    auto fx = effect_with_grid(720, 486, 100, 9);  // odd tile width 7, 104 columns from -4, rows from -27
     fx->info.use_gravity = 1;
-    fx->info.gravity = 2.0f;
-    fx->info.gravity_cos = 0.5f;
-    fx->info.gravity_sin = -1.0f;
+    fx->info.gravity = 2.0f, fx->info.gravity_cos = 0.5f, fx->info.gravity_sin = -1.0f;
     fx->polygons[0].angle_x = 33.0f;
     fx->polygons[0].parked = 1;
     fx->initialise_polygons(&fx->info, fx->polygons);
-
-    const tagPOLYGON& first = fx->polygons[0];
-    EXPECT_EQ(first.src_left, -4);
-    EXPECT_EQ(first.src_right, 3);
-    EXPECT_EQ(first.src_top, -27);
-    EXPECT_EQ(first.src_bottom, 27);
-    EXPECT_EQ(first.x, -0.5f);  // a part tile's centre can lie left of the image
-    EXPECT_EQ(first.y, 0.0f);
-    EXPECT_EQ(first.z, -192.0f);
-    EXPECT_EQ(first.angle_x, 0.0f);
-    EXPECT_EQ(first.drawn, 1);
-    EXPECT_EQ(first.parked, 0);
-    EXPECT_EQ(first.grav_x, 1.0f);
-    EXPECT_EQ(first.grav_y, -2.0f);
-
-    // Row 2, column 5 is stored at 2 x columns + 5.
-    const tagPOLYGON& p = fx->polygons[2 * 104 + 5];
-    EXPECT_EQ(p.src_left, -4 + 5 * 7);
-    EXPECT_EQ(p.src_top, -27 + 2 * 54);
-    EXPECT_EQ(p.x, 31.0f + 3.5f);
-    EXPECT_EQ(p.y, 81.0f + 27.0f);
+    const tagPOLYGON& p = fx->polygons[0];
+    EXPECT_TRUE(p.src_left == -4 && p.src_right == 3 && p.src_top == -27 && p.src_bottom == 27);
+    EXPECT_EQ(p.x, -0.5f);  // a part tile's centre can lie left of the image
+    EXPECT_TRUE(p.y == 0.0f && p.z == -192.0f && p.angle_x == 0.0f && p.drawn == 1 && p.parked == 0);
+    EXPECT_TRUE(p.grav_x == 1.0f && p.grav_y == -2.0f);
+    const tagPOLYGON& q = fx->polygons[2 * 104 + 5];  // row 2, column 5
+    EXPECT_TRUE(q.src_left == -4 + 5 * 7 && q.src_top == -27 + 2 * 54 && q.x == 31.0f + 3.5f && q.y == 81.0f + 27.0f);
 }
 
 TEST(InitialisePolygons, ElementKReadsSixSuccessiveTableEntries) {
-    auto fx = make_effect();
-    set_grid(*fx, 720, 486, 12, 9);
+    auto fx = effect_with_grid(720, 486, 12, 9);
     for (int i = 0; i < kRandomTableSize; ++i) fx->random_table[i] = static_cast<float>(i % 997 + 1) / 1024.0f;
-    fx->info.speed_var_x = 0.5f;
-    fx->info.speed_var_y = 0.25f;
-    fx->info.speed_var_z = 1.0f;
+    fx->info.speed_var_x = 0.5f, fx->info.speed_var_y = 0.25f, fx->info.speed_var_z = 1.0f;
     fx->initialise_polygons(&fx->info, fx->polygons);
-
-    auto entry = [&](int i) { return fx->random_table[i]; };
     for (int k : {0, 1, 57, fx->info.element_count - 1}) {
         const tagPOLYGON& p = fx->polygons[k];
-        EXPECT_EQ(p.var_x, (2.0f * entry(6 * k + 1) - 1.0f) * 0.5f) << k;
-        EXPECT_EQ(p.var_y, (2.0f * entry(6 * k + 2) - 1.0f) * 0.25f) << k;
-        EXPECT_EQ(p.var_z, 2.0f * entry(6 * k + 3) - 2.0f) << k;
-        EXPECT_EQ(p.spin_var_x, 2.0f * entry(6 * k + 4) - 2.0f) << k;
-        EXPECT_EQ(p.spin_var_y, 2.0f * entry(6 * k + 5) - 2.0f) << k;
-        EXPECT_EQ(p.spin_var_z, 2.0f * entry(6 * k + 6) - 2.0f) << k;
+        const float* t = fx->random_table + 6 * k;
+        const std::vector<float> got = {p.var_x, p.var_y, p.var_z, p.spin_var_x, p.spin_var_y, p.spin_var_z};
+        EXPECT_EQ(got, (std::vector<float>{(2.0f * t[1] - 1.0f) * 0.5f, (2.0f * t[2] - 1.0f) * 0.25f, 2.0f * t[3] - 2.0f,
+                                           2.0f * t[4] - 2.0f, 2.0f * t[5] - 2.0f, 2.0f * t[6] - 2.0f}))
+            << k;
     }
 }
 
 TEST(InitialisePolygons, SameSeedAndGridGiveBitIdenticalElements) {
-    auto fx = make_effect();
-    set_grid(*fx, 720, 486, 12, 9);
+    auto fx = effect_with_grid(720, 486, 12, 9);
     fx->info.speed_var_x = fx->info.speed_var_y = 0.3f;
     const int n = fx->info.element_count;
-
-    fx->build_random_table(-200);
-    fx->initialise_polygons(&fx->info, fx->polygons);
-    std::vector<tagPOLYGON> first(fx->polygons, fx->polygons + n);
-
+    auto rebuild = [&](long seed) {
+        fx->build_random_table(seed);
+        fx->initialise_polygons(&fx->info, fx->polygons);
+    };
+    rebuild(-200);
+    const std::vector<tagPOLYGON> first(fx->polygons, fx->polygons + n);
     // Another seed in between, then the same Seed again, as the pipeline
     // rebuilds the tables every frame.
-    fx->build_random_table(-217);
-    fx->initialise_polygons(&fx->info, fx->polygons);
+    rebuild(-217);
     EXPECT_NE(std::memcmp(first.data(), fx->polygons, n * sizeof(tagPOLYGON)), 0);
-    fx->build_random_table(-200);
-    fx->initialise_polygons(&fx->info, fx->polygons);
+    rebuild(-200);
     EXPECT_EQ(std::memcmp(first.data(), fx->polygons, n * sizeof(tagPOLYGON)), 0);
 
     // Default variations: rotation factors in [-2, 0], z factors in [-0.2, 0].
-    for (int k = 0; k < n; ++k) {
-        EXPECT_GE(first[k].spin_var_x, -2.0f);
-        EXPECT_LE(first[k].spin_var_x, 0.0f);
-        EXPECT_GE(first[k].var_z, -0.2f);
-        EXPECT_LE(first[k].var_z, 0.0f);
-        EXPECT_LT(std::fabs(first[k].var_x), 0.3f);
+    for (const tagPOLYGON& p : first) {
+        EXPECT_TRUE(p.spin_var_x >= -2.0f && p.spin_var_x <= 0.0f) << p.spin_var_x;
+        EXPECT_TRUE(p.var_z >= -0.2f && p.var_z <= 0.0f) << p.var_z;
+        EXPECT_LT(std::fabs(p.var_x), 0.3f);
     }
-}
 
-TEST(InitialisePolygons, ZeroVariationGivesZeroFactors) {
-    auto fx = make_effect();
-    set_grid(*fx, 720, 486, 12, 9);
-    fx->info.speed_var_z = 0.0f;
+    // Zero variations give zero factors.
+    fx->info.speed_var_x = fx->info.speed_var_y = fx->info.speed_var_z = 0.0f;
     fx->info.rot_var_x = fx->info.rot_var_y = fx->info.rot_var_z = 0.0f;
-    fx->initialise_polygons(&fx->info, fx->polygons);
-    for (int k = 0; k < fx->info.element_count; ++k) {
+    rebuild(-200);
+    for (int k = 0; k < n; ++k) {
         const tagPOLYGON& p = fx->polygons[k];
-        EXPECT_EQ(p.var_x, 0.0f);
-        EXPECT_EQ(p.var_y, 0.0f);
-        EXPECT_EQ(p.var_z, 0.0f);
-        EXPECT_EQ(p.spin_var_x, 0.0f);
-        EXPECT_EQ(p.spin_var_y, 0.0f);
-        EXPECT_EQ(p.spin_var_z, 0.0f);
+        for (float v : {p.var_x, p.var_y, p.var_z, p.spin_var_x, p.spin_var_y, p.spin_var_z}) EXPECT_EQ(v, 0.0f) << k;
     }
 }
 
-TEST(ElementArray, GrowsForAGridAboveTheUsualCapacity) {
-    sparkhost::Host host;
-    host.echo_messages = false;
-    auto fx = make_effect();
-    EXPECT_EQ(fx->element_capacity, kElementCapacity);
-    fx->polygons[5].x = 123.0f;
-    fx->polygons[kElementCapacity - 1].angle_z = 7.0f;
-
-    // 360 x 288 at 100 x 100: 17,280 elements, without asking for room first.
-    set_grid(*fx, 360, 288, 100, 100);
-    fx->info.speed_var_z = 0.0f;
-    ASSERT_EQ(fx->info.element_count, 17280);
-    fx->initialise_polygons(&fx->info, fx->polygons);
-    EXPECT_GE(fx->element_capacity, 17280);
-    EXPECT_EQ(fx->info.element_count, 17280);
-    const tagPOLYGON& last = fx->polygons[17279];
-    EXPECT_EQ(last.src_left, 357);
-    EXPECT_EQ(last.src_top, 286);
-    EXPECT_EQ(last.drawn, 1);
-
-    // Steps run over the whole grid too (the sanitizer build checks bounds).
-    fx->info.speed_z = 5.0f;
-    fx->update_polygons(&fx->info, fx->polygons);
-    fx->update_polygons(&fx->info, fx->polygons);
-    EXPECT_EQ(fx->polygons[17279].z, -182.0f);
-    EXPECT_TRUE(host.messages.empty());
-}
-
-TEST(ElementArray, GrowingKeepsTheRecordsAndZeroesTheRest) {
-    auto fx = make_effect();
+// A grid above the usual capacity grows the array instead of overrunning it.
+TEST(ElementArray, GrowsForALargeGridKeepingTheRecords) {
+    std::unique_ptr<Paneburst> fx(new Paneburst);
     fx->polygons[5].x = 123.0f;
     fx->polygons[kElementCapacity - 1].angle_z = 7.0f;
     tagPOLYGON* grown = fx->ensure_element_capacity(20000);
-    EXPECT_EQ(grown, fx->polygons);
+    EXPECT_TRUE(grown == fx->polygons && fx->element_capacity == 20000);
+    EXPECT_TRUE(fx->polygons[5].x == 123.0f && fx->polygons[kElementCapacity - 1].angle_z == 7.0f);
+    EXPECT_TRUE(fx->polygons[19999].drawn == 0 && fx->polygons[19999].z == 0.0f);  // the rest is zero
+    EXPECT_EQ(fx->ensure_element_capacity(100), grown);  // never shrinks
     EXPECT_EQ(fx->element_capacity, 20000);
-    EXPECT_EQ(fx->polygons[5].x, 123.0f);
-    EXPECT_EQ(fx->polygons[kElementCapacity - 1].angle_z, 7.0f);
-    EXPECT_EQ(fx->polygons[19999].drawn, 0);
-    EXPECT_EQ(fx->polygons[19999].z, 0.0f);
-    // Never shrinks.
-    EXPECT_EQ(fx->ensure_element_capacity(100), grown);
-    EXPECT_EQ(fx->element_capacity, 20000);
+
+    // The rebuild and the step grow it themselves: 17,280 elements, without asking for room first.
+    sparkhost::Host host;
+    host.echo_messages = false;
+    fx = effect_with_grid(360, 288, 100, 100);
+    fx->info.speed_var_z = 0.0f;
+    fx->info.speed_z = 5.0f;
+    ASSERT_EQ(fx->info.element_count, 17280);
+    fx->initialise_polygons(&fx->info, fx->polygons);
+    EXPECT_GE(fx->element_capacity, 17280);
+    const tagPOLYGON& last = fx->polygons[17279];
+    EXPECT_TRUE(last.src_left == 357 && last.src_top == 286 && last.drawn == 1);
+    fx->update_polygons(&fx->info, fx->polygons);  // the sanitizer build checks the bounds
+    fx->update_polygons(&fx->info, fx->polygons);
+    EXPECT_EQ(fx->polygons[17279].z, -182.0f);
+    EXPECT_TRUE(host.messages.empty());
 }

@@ -7,133 +7,99 @@
 
 namespace {
 
-// The unit vector toward the light, with an exact square root; the effect's
-// normaliser is within 1e-4 of it.
-double toward_light_z(const tagINFO& in, double x, double y, double zp) {
-    const double lx = in.light_x - x, ly = in.light_y - y, lz = in.light_z - zp;
-    return lz / std::sqrt(lx * lx + ly * ly + lz * lz);
-}
-
 struct Lighting : ::testing::Test {
     scene::Scene s{8, 6, 2};
-    tagINFO& in = s.fx->info;
+    tagINFO& in = s.in;
     void SetUp() override {
-        in.use_light = 1;
-        in.light_x = 3.0f;
-        in.light_y = 2.0f;
-        in.light_z = 40.0f;
-        in.light_brightness = 1.0f;
-        in.gloss = 1.0f;
+        s.light(3.0f, 2.0f, 40.0f, 1.0f, 0, 0, 0);
         in.background_z = -30.0f;
     }
     void run(void (Paneburst::*worker)(long, long)) { s.fx->MultiProcess(worker, s.h); }
+    // The z of the unit vector toward the light, with an exact square root;
+    // the effect's normaliser is within 1e-4 of it.
+    double toward_light_z(double x, double y, double zp) const {
+        const double lx = in.light_x - x, ly = in.light_y - y, lz = in.light_z - zp;
+        return lz / std::sqrt(lx * lx + ly * ly + lz * lz);
+    }
 };
 
 }  // namespace
 
-TEST_F(Lighting, BackgroundFactorIsTheZOfTheDirectionToTheLight) {
-    EXPECT_NEAR(s.fx->add_background_light(&in, 7, 5, 1), toward_light_z(in, 7, 5, -30.0), 1e-4);
-    EXPECT_NEAR(s.fx->add_background_light(&in, 0, 0, 0), toward_light_z(in, 0, 0, -192.0), 1e-4);
-    // A light behind the plane, or in line with it, adds nothing.
-    in.light_z = -300.0f;
-    EXPECT_EQ(s.fx->add_background_light(&in, 1, 1, 1), 0.0f);
-    in.light_z = -30.0f;
-    EXPECT_EQ(s.fx->add_background_light(&in, 1, 1, 1), 0.0f);
-}
-
-TEST_F(Lighting, FlatElementAtForegroundDepthIsLitLikeTheIntactClip) {
-    in.tile_width = 4;
-    in.tile_height = 3;
+TEST_F(Lighting, BackgroundAndElementFactors) {
+    EXPECT_NEAR(s.fx->add_background_light(&in, 7, 5, 1), toward_light_z(7, 5, -30.0), 1e-4);
+    EXPECT_NEAR(s.fx->add_background_light(&in, 0, 0, 0), toward_light_z(0, 0, -192.0), 1e-4);
+    // A flat element at the foreground depth is lit exactly like the intact
+    // clip; turned over, its back face is lit the same.
+    s.tiles(4, 3, 1);
     tagPOLYGON& p = s.place(0, 2, 1);
     float n, f;
-    s.fx->generate_polygon_vertices(&in, &p, &n, &f);
-    for (int y = 0; y < 6; ++y)
-        for (int x = 0; x < 8; ++x)
-            EXPECT_EQ(s.fx->add_light(&in, &p, x, y), s.fx->add_background_light(&in, x, y, 0)) << x << "," << y;
-}
-
-TEST_F(Lighting, ElementFactorUsesTheScreenSpaceNormalOfEitherFace) {
-    in.tile_width = 4;
-    in.tile_height = 4;
-    tagPOLYGON& p = s.place(0, 0, 0);
-    p.angle_y = 180.0f;  // the back face toward the viewer is lit the same
-    float n, f;
-    s.fx->generate_polygon_vertices(&in, &p, &n, &f);
-    EXPECT_NEAR(s.fx->add_light(&in, &p, 1.0f, 1.0f), s.fx->add_background_light(&in, 1, 1, 0), 1e-4);
-    // A light exactly in the plane of a flat element gives 0, never less.
+    for (float angle_y : {0.0f, 180.0f}) {
+        p.angle_y = angle_y;
+        s.fx->generate_polygon_vertices(&in, &p, &n, &f);
+        for (int i = 0; i < 48; ++i)
+            EXPECT_NEAR(s.fx->add_light(&in, &p, i % 8, i / 8), s.fx->add_background_light(&in, i % 8, i / 8, 0),
+                        angle_y ? 1e-4 : 0.0) << angle_y << " " << i;
+    }
+    // A light in the element's plane gives 0, never less; so does one behind
+    // or in line with the background plane.
     in.light_z = -192.0f;
     EXPECT_EQ(s.fx->add_light(&in, &p, 1.0f, 1.0f), 0.0f);
+    for (float z : {-300.0f, -30.0f}) {
+        in.light_z = z;
+        EXPECT_EQ(s.fx->add_background_light(&in, 1, 1, 1), 0.0f) << z;
+    }
 }
 
 TEST_F(Lighting, LitBackgroundAddsTheLightTermAndSaturates) {
-    in.light_r = 1000;
-    in.light_g = 0;
-    in.light_b = 32767;
+    s.light(3.0f, 2.0f, 40.0f, 0.5f, 1000, 0, 32767);
     in.gloss = 3.0f;
-    in.light_brightness = 0.5f;
     run(&Paneburst::mp_BackLight);
-    for (int y = 0; y < s.h; ++y)
-        for (int x = 0; x < s.w; ++x) {
-            const PixelQ7 b = s.back->at(x, y);
-            const PixelQ7 c = s.canvas->at(x, y);
-            const double k = std::pow(toward_light_z(in, x, y, -30.0), 3.0) * 0.5;
-            EXPECT_NEAR(c.r, std::min(32767.0, std::trunc(b.r + 1000 * k)), 1.0);
-            EXPECT_EQ(c.g, b.g);  // a black light channel changes nothing
-            EXPECT_NEAR(c.b, std::min(32767.0, std::trunc(b.b + 32767 * k)), 1.0);
-            EXPECT_EQ(c.a, b.a);
-            EXPECT_TRUE(scene::same(c, s.result->at(x, y)));
-        }
+    for (int i = 0; i < s.w * s.h; ++i) {
+        const PixelQ7 b = s.back->buffer[i], c = s.canvas->buffer[i];
+        const double k = std::pow(toward_light_z(i % s.w, i / s.w, -30.0), 3.0) * 0.5;
+        EXPECT_NEAR(c.r, std::min(32767.0, std::trunc(b.r + 1000 * k)), 1.0);
+        EXPECT_EQ(c.g, b.g);  // a black light channel changes nothing
+        EXPECT_NEAR(c.b, std::min(32767.0, std::trunc(b.b + 32767 * k)), 1.0);
+        EXPECT_EQ(c.a, b.a);
+        EXPECT_TRUE(scene::same(&c, &s.result->buffer[i]));
+    }
     EXPECT_EQ(s.canvas->at(3, 2).b, 32767);  // right under the light: saturated
 }
 
-TEST_F(Lighting, CopyUnderAFullMatteArrivesOneLower) {
-    scene::fill(s.canvas.get(), 0);
-    s.canvas->at(1, 1).a = 32767;
+// The copy blends by a shift of 15 bits with weights summing to 32767, so a
+// full matte (or an inverted black one) brings every channel above 0 one
+// lower, and a black matte takes one off the canvas instead.
+TEST_F(Lighting, CopyUnderAMatteLosesOneToTheShift) {
+    in.use_matte_3d = 1;
     s.front->at(0, 0) = PixelQ7{0, 1, 32767, 100};
-    in.use_matte_3d = 1;
-    run(&Paneburst::mp_copynolight);
-    for (int y = 0; y < s.h; ++y)
-        for (int x = 0; x < s.w; ++x) {
-            const PixelQ7 f = s.front->at(x, y);
-            const PixelQ7 c = s.canvas->at(x, y);
-            EXPECT_EQ(c.r, f.r ? f.r - 1 : 0);
-            EXPECT_EQ(c.g, f.g ? f.g - 1 : 0);
-            EXPECT_EQ(c.b, f.b ? f.b - 1 : 0);
-            if (x == 1 && y == 1) {
-                EXPECT_EQ(c.a, 32767);  // clamped
-            } else {
-                EXPECT_EQ(c.a, (f.a * 32767) >> 15);
-            }
+    for (int matte : {32767, -1, 0}) {  // -1: inverted black matte
+        if (matte) {
+            scene::fill(s.canvas.get(), 0);
+            s.canvas->at(1, 1).a = 32767;
         }
-}
-
-TEST_F(Lighting, CopyUnderAnInvertedBlackMatteAlsoArrivesOneLower) {
-    scene::fill(s.canvas.get(), 0);
-    scene::fill(s.matte3.get(), 0);
-    in.use_matte_3d = 1;
-    in.invert_matte_3d = 1;
-    run(&Paneburst::mp_copynolight);
-    const PixelQ7 f = s.front->at(5, 4);
-    EXPECT_EQ(s.canvas->at(5, 4).g, f.g - 1);
-}
-
-TEST_F(Lighting, CopyWithoutMatteTakesTheFrontAndAddsAlpha) {
-    s.front->at(2, 2).a = 30000;
-    s.canvas->at(2, 2).a = 30000;
-    in.light_r = in.light_g = in.light_b = 0;  // black light: colours unchanged
-    run(&Paneburst::mp_copywithlight);
-    for (int y = 0; y < s.h; ++y)
-        for (int x = 0; x < s.w; ++x) {
-            const PixelQ7 f = s.front->at(x, y);
-            const PixelQ7 c = s.canvas->at(x, y);
-            EXPECT_EQ(c.r, f.r);
-            EXPECT_EQ(c.g, f.g);
-            EXPECT_EQ(c.b, f.b);
-            EXPECT_EQ(c.a, std::min(32767, f.a + s.back->at(x, y).a)) << x << "," << y;
+        const auto before = scene::pixels(s.canvas.get());
+        scene::fill(s.matte3.get(), matte > 0 ? 32767 : 0);
+        in.invert_matte_3d = matte < 0;
+        run(&Paneburst::mp_copynolight);
+        for (int i = 0; i < s.w * s.h; ++i) {
+            const PixelQ7 f = s.front->buffer[i], b = before[i], c = s.canvas->buffer[i];
+            auto want = [&](int front, int canvas) { return matte ? std::max(front - 1, 0) : (canvas * 32767) >> 15; };
+            ASSERT_TRUE(c.r == want(f.r, b.r) && c.g == want(f.g, b.g) && c.b == want(f.b, b.b)) << matte << " " << i;
+            // Alpha adds the front's share; (1, 1) clamps.
+            ASSERT_EQ(c.a, !matte ? b.a : i == s.w + 1 ? 32767 : (f.a * 32767) >> 15) << matte << " " << i;
         }
+    }
 }
 
-TEST_F(Lighting, CopyWithLightUnderAMatteBlendsTheLitFront) {
+TEST_F(Lighting, CopyWithLightTakesTheLitFrontAndAddsAlpha) {
+    s.front->at(2, 2).a = s.canvas->at(2, 2).a = 30000;
+    run(&Paneburst::mp_copywithlight);  // black light: colours unchanged, no matte: alpha added
+    for (int i = 0; i < s.w * s.h; ++i) {
+        const PixelQ7 f = s.front->buffer[i], c = s.canvas->buffer[i];
+        EXPECT_TRUE(c.r == f.r && c.g == f.g && c.b == f.b) << i;
+        EXPECT_EQ(c.a, std::min(32767, f.a + s.back->buffer[i].a)) << i;
+    }
+    // Under a half matte the lit front and the canvas mix.
     scene::fill(s.canvas.get(), 1000);
     scene::fill(s.matte3.get(), 16384);
     in.use_matte_3d = 1;
@@ -141,42 +107,25 @@ TEST_F(Lighting, CopyWithLightUnderAMatteBlendsTheLitFront) {
     run(&Paneburst::mp_copywithlight);
     for (int x = 0; x < s.w; ++x) {
         const PixelQ7 f = s.front->at(x, 3);
-        const double k = toward_light_z(in, x, 3, -192.0);
-        const long lit = std::min(32767L, static_cast<long>(f.r + 20000 * k));
+        const long lit = std::min(32767L, static_cast<long>(f.r + 20000 * toward_light_z(x, 3, -192.0)));
         EXPECT_NEAR(s.canvas->at(x, 3).r, (1000L * (32767 - 16384) + lit * 16384) >> 15, 1.0);
         EXPECT_EQ(s.canvas->at(x, 3).a, std::min(32767L, ((f.a * 16384L) >> 15) + 1000));
     }
 }
 
-TEST_F(Lighting, BlackMatteKeepsTheCanvasUpToTheShift) {
-    // The canvas weight is 32767 / 32768 as well: the canvas loses one too.
-    scene::fill(s.matte3.get(), 0);
-    in.use_matte_3d = 1;
-    const auto before = s.canvas_pixels();
-    run(&Paneburst::mp_copynolight);
-    for (size_t i = 0; i < before.size(); ++i) {
-        EXPECT_EQ(s.canvas->buffer[i].r, (before[i].r * 32767) >> 15);
-        EXPECT_EQ(s.canvas->buffer[i].b, (before[i].b * 32767) >> 15);
-        EXPECT_EQ(s.canvas->buffer[i].a, before[i].a);
-    }
-}
-
-TEST_F(Lighting, CompositeCopiesTheCanvasWithoutMatte) {
-    run(&Paneburst::mp_compo);
-    for (int i = 0; i < s.w * s.h; ++i) EXPECT_TRUE(scene::same(s.result->buffer[i], s.canvas->buffer[i]));
-}
-
-TEST_F(Lighting, CompositeThroughTheTwoDMatte) {
+TEST_F(Lighting, CompositeCopiesTheCanvasOrMixesThroughTheTwoDMatte) {
+    const int n = s.w * s.h;
+    run(&Paneburst::mp_compo);  // no matte: the canvas, all four channels
+    EXPECT_TRUE(scene::same(s.result->buffer, s.canvas->buffer, n));
     scene::fill_pattern(s.result.get(), 9);
-    const auto background = std::vector<PixelQ7>(s.result->buffer, s.result->buffer + s.w * s.h);
-    // Black matte: the background stays exactly as it was.
+    const auto background = scene::pixels(s.result.get());
     in.use_matte_2d = 1;
-    run(&Paneburst::mp_compo);
-    for (int i = 0; i < s.w * s.h; ++i) EXPECT_TRUE(scene::same(s.result->buffer[i], background[i]));
-    // Inverted black matte: the canvas exactly.
+    run(&Paneburst::mp_compo);  // black matte: the background exactly
+    EXPECT_TRUE(scene::same(s.result->buffer, background.data(), n));
     in.invert_matte_2d = 1;
-    run(&Paneburst::mp_compo);
-    for (int i = 0; i < s.w * s.h; ++i) EXPECT_TRUE(scene::same(s.result->buffer[i], s.canvas->buffer[i]));
+    run(&Paneburst::mp_compo);  // inverted black matte: the canvas exactly
+    EXPECT_TRUE(scene::same(s.result->buffer, s.canvas->buffer, n));
+
     // A partial matte mixes in proportion.
     std::copy(background.begin(), background.end(), s.result->buffer);
     s.matte2->at(4, 1).r = 10000;
