@@ -37,12 +37,17 @@ int reduced(int full, int s) {
     return q % 2 ? q + 1 : q;
 }
 
-// Starts the plug-in with its start-up report kept off the test's output,
-// and Blend at 100 so that the result is the front image.
-void quiet_start(Host& host, int width, int height, int depth_bits = 8) {
+// What `run` prints on standard output (the start-up report).
+template <typename F>
+std::string stdout_of(F run) {
     testing::internal::CaptureStdout();
-    start(host, width, height, depth_bits, 1);
-    testing::internal::GetCapturedStdout();
+    run();
+    return testing::internal::GetCapturedStdout();
+}
+
+// Starts the plug-in quietly, with Blend at 100 so that the result is the front.
+void quiet_start(Host& host, int width, int height, int depth_bits = 8) {
+    stdout_of([&] { start(host, width, height, depth_bits, 1); });
     set_blend(host, 100);
 }
 
@@ -60,9 +65,7 @@ TEST(SpineExports, InternalsHiddenAndFixedReturnValues) {
 TEST(SpineStartup, EightBitReportAndTitles) {
     Host& host = plugin_host();
     host.settings.free_buffers = 16;
-    testing::internal::CaptureStdout();
-    start(host, 720, 486, 8, 1);
-    const std::string out = testing::internal::GetCapturedStdout();
+    const std::string out = stdout_of([&] { start(host, 720, 486, 8, 1); });
     const std::string eq(51, '='), plus(51, '+');
     const std::regex report(eq +
                             "\nCorvane MP-V5\\.0\\.7 Brumble 7-Paneburst for Discreet  \n"
@@ -79,10 +82,8 @@ TEST(SpineStartup, EightBitReportAndTitles) {
 TEST(SpineStartup, TwelveBitForDepths48And64Only) {
     Host& host = plugin_host();
     for (int depth : {48, 64, 24, 30, 32}) {
-        testing::internal::CaptureStdout();
         host.settings.depth_code = depth;
-        host.initialise();
-        const std::string out = testing::internal::GetCapturedStdout();
+        const std::string out = stdout_of([&] { host.initialise(); });
         const bool deep = depth == 48 || depth == 64;
         EXPECT_NE(out.find(deep ? "... 12 bit mode selected.\n" : "... 8-10 bit mode selected.\n"), std::string::npos)
             << depth;
@@ -93,9 +94,7 @@ TEST(SpineStartup, TwelveBitForDepths48And64Only) {
 TEST(SpineStartup, TooFewBuffersTurnsProcessingOff) {
     Host& host = plugin_host();
     host.settings.free_buffers = 1;
-    testing::internal::CaptureStdout();
-    start(host, 64, 48, 8, 1);
-    const std::string out = testing::internal::GetCapturedStdout();
+    const std::string out = stdout_of([&] { start(host, 64, 48, 8, 1); });
     EXPECT_NE(out.find("Available buffers = 1\n" + std::string(51, '+') +
                        "\n\nERROR: we need 2 image buffers, but we only got 1.\n... Processing will be turned off ...\n"),
               std::string::npos)
@@ -110,21 +109,17 @@ TEST(SpineStartup, TooFewBuffersTurnsProcessingOff) {
 
     // Enough buffers at the next initialisation: processing is back.
     host.settings.free_buffers = 2;
-    testing::internal::CaptureStdout();
-    host.initialise();
-    testing::internal::GetCapturedStdout();
+    stdout_of([&] { host.initialise(); });
     EXPECT_NE(host.process(4), nullptr);
 }
 
 TEST(SpineStartup, ApiVersionCheck) {
     Host& host = plugin_host();
     host.settings.api_version = 4.0;
-    testing::internal::CaptureStdout();
-    host.initialise();
+    stdout_of([&] { host.initialise(); });
     EXPECT_TRUE(host.messages.empty());
     host.settings.api_version = 3.9;
-    host.initialise();
-    testing::internal::GetCapturedStdout();
+    stdout_of([&] { host.initialise(); });
     ASSERT_EQ(host.messages.size(), 1u);
     EXPECT_EQ(host.messages[0].kind, sparkhost::Message::Error);
     EXPECT_EQ(host.messages[0].text,
@@ -228,9 +223,7 @@ TEST(SpineSetup, UnInitialiseSavesAndInitialiseLoads) {
     set_blend(host, 42.5f);
     host.uninitialise();
     set_blend(host, 0);
-    testing::internal::CaptureStdout();
-    host.initialise();
-    testing::internal::GetCapturedStdout();
+    stdout_of([&] { host.initialise(); });
     EXPECT_FLOAT_EQ(host.control(27)->value(), 42.5f);
     host.setup_path.clear();
     std::remove(path.c_str());

@@ -214,6 +214,9 @@ TEST_F(ColourControl, SyncFillsLowBitsGetValueOnlyShifts) {
     std::uint16_t r = 1, g = 1, b = 1, a = 1;
     c.GetValue(0.0, r, g, b, a);
     EXPECT_EQ((Rgba{r, g, b, a}), (Rgba{0, 16384, 32640, 32767}));
+    d.value = 0xFFFFFFFFu;  // the initial -1 reads as white
+    c.Sync();
+    EXPECT_EQ((Rgba{c.value.r, c.value.g, c.value.b, c.value.a}), (Rgba{32767, 32767, 32767, 32767}));
 }
 
 TEST_F(ColourControl, SetValueMovesTheSlidersNotThePot) {

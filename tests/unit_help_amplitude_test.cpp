@@ -81,34 +81,26 @@ protected:
     std::string last_message() { return host.messages.empty() ? "" : host.messages.back().text; }
 };
 
-TEST_F(AmplitudeImport, KeysArePositionedByKeyNumber) {
-    aiff_file_CB(write_file("amp_ok.txt", kHeader3 + record(1, 10, "0.5") + record(2, 20, "-3.25") +
-                                              record(7, 30, "1000")).c_str());
-    EXPECT_EQ(keys(), (std::map<float, float>{{1.0f, 0.5f}, {2.0f, -3.25f}, {7.0f, 1000.0f}}));
-    EXPECT_TRUE(host.messages.empty());
-}
-
-TEST_F(AmplitudeImport, SizeLimitsAndShortFiles) {
-    const std::string all3 = record(1, 1, "1") + record(2, 2, "2") + record(3, 3, "3");
-    const struct { std::string text; std::size_t keys; } cases[] = {
-        {"Channel Amplitude 1:\n\tSize 0\n" + record(1, 1, "1"), 0},
-        {kHeader3 + record(1, 1, "1") + record(2, 2, "2"), 2},  // short file: no message
-        {"Channel Amplitude 1:\n\tSize -1\n" + all3 + "\tKey x\n", 3},  // read until a record fails
-        {"Channel Amplitude 1:\n\tSize 1\n" + all3, 1}};
+// Keys sit at their key number (the frame number is read and not used); Size
+// limits the records read, a negative Size reads until a record fails, and a
+// short file sets what it has without a message.
+TEST_F(AmplitudeImport, KeysSizesAndWhiteSpace) {
+    using Keys = std::map<float, float>;
+    const std::string all3 = record(1, 10, "0.5") + record(2, 20, "-3.25") + record(7, 30, "1000");
+    const struct { std::string text; Keys expected; } cases[] = {
+        {kHeader3 + all3, {{1.0f, 0.5f}, {2.0f, -3.25f}, {7.0f, 1000.0f}}},
+        {"Channel Amplitude 1:\n\tSize 0\n" + all3, {}},
+        {kHeader3 + record(1, 1, "1") + record(2, 2, "2"), {{1.0f, 1.0f}, {2.0f, 2.0f}}},
+        {"Channel Amplitude 1:\n\tSize -1\n" + all3 + "\tKey x\n", {{1.0f, 0.5f}, {2.0f, -3.25f}, {7.0f, 1000.0f}}},
+        {"Channel Amplitude 1:\n\tSize 1\n" + all3, {{1.0f, 0.5f}}},
+        {"Channel Amplitude 3:Size 2 Key 1 Frame 1 Value 2.5 End\r\n  Key 2\n\n Frame 2 Value 3.5End",
+         {{1.0f, 2.5f}, {2.0f, 3.5f}}}};
     for (const auto& c : cases) {
         host.clear_keys(93);
-        aiff_file_CB(write_file("amp_sizes.txt", c.text).c_str());
-        EXPECT_EQ(keys().size(), c.keys) << c.text;
+        aiff_file_CB(write_file("amp_keys.txt", c.text).c_str());
+        EXPECT_EQ(keys(), c.expected) << c.text;
     }
-    EXPECT_EQ(keys(), (std::map<float, float>{{1.0f, 1.0f}}));
     EXPECT_TRUE(host.messages.empty());
-}
-
-TEST_F(AmplitudeImport, WhiteSpaceIsFlexible) {
-    aiff_file_CB(write_file("amp_spaces.txt", "Channel Amplitude 3:Size 2 Key 1 Frame 1 Value 2.5 End\r\n"
-                                              "  Key 2\n\n Frame 2 Value 3.5End")
-                     .c_str());
-    EXPECT_EQ(keys(), (std::map<float, float>{{1.0f, 2.5f}, {2.0f, 3.5f}}));
 }
 
 TEST_F(AmplitudeImport, BadFilesKeepTheKeysAlreadySet) {
