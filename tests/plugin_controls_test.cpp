@@ -16,22 +16,23 @@ using sparkhost::ControlKind;
 struct Expected {
     int number;
     ControlKind kind;
-    const char* title;  // popups: the title of the default entry
+    std::string title;  // popups: the title of the default entry
     double value, min, max, step;
     int flags;
-    const char* callback;  // null: none
+    std::string callback;  // empty: none
 };
 
 constexpr ControlKind F = ControlKind::Float, I = ControlKind::Int, B = ControlKind::Boolean,
                       P = ControlKind::Push, U = ControlKind::Pup, C = ControlKind::Color,
                       S = ControlKind::String, UF = ControlKind::UserFloat;
 
-// The complete descriptor set, as the pages are designed.
+// The descriptor set, as the pages are designed, but for the common controls
+// that every effect page repeats (see all_controls).
 const Expected kTable[] = {
-    {0, S, "1: Disintegrate", 0, 0, 0, 0, 16, nullptr},
-    {1, S, "2: Background", 0, 0, 0, 0, 16, nullptr},
-    {2, S, "3: 2D Matte", 0, 0, 0, 0, 16, nullptr},
-    {3, S, "4: 3D Matte", 0, 0, 0, 0, 16, nullptr},
+    {0, S, "1: Disintegrate", 0, 0, 0, 0, 16, ""},
+    {1, S, "2: Background", 0, 0, 0, 0, 16, ""},
+    {2, S, "3: 2D Matte", 0, 0, 0, 0, 16, ""},
+    {3, S, "4: 3D Matte", 0, 0, 0, 0, 16, ""},
     {6, I, "X Elements: %d", 12, 1, 100, 1, 8, "dlcb_6"},
     {7, I, "Y Elements: %d", 9, 1, 100, 1, 8, "dlcb_7"},
     {8, F, "Foreground Z: %.2f", -192, -4000, -1, 1, 0, "dlcb_8"},
@@ -54,13 +55,7 @@ const Expected kTable[] = {
     {25, F, "Z Rot. Speed Var: %.2f", 100, 0, 100, 0.5, 0, "dlcb_25"},
     {26, I, "Seed: %d", 200, 1, 999, 17, 0, "dlcb_26"},
     {27, F, "Blend: %.2f", 0, 0, 100, 0.1, 0, "Blend1CB"},
-    {28, B, "Clear Overlay", 0, 0, 0, 0, 0, "Overlay1CB"},
-    {29, P, "Restart Paneburst   ", 0, 0, 0, 0, 0, "dlcb_29"},
     {30, U, "Render Quality: Med Quality  ", 1, 0, 0, 0, 0, "dlcb_30"},
-    {31, P, "Help", 0, 0, 0, 0, 0, "HelpCB"},
-    {32, P, "Reset", 0, 0, 0, 0, 0, "Reset1CB"},
-    {33, U, "FULL", 0, 0, 0, 0, 0, "SetRes1CB"},
-    {34, B, "Auto Preview", 1, 0, 0, 0, 0, "Auto1CB"},
     {35, B, "Use Light   ", 0, 0, 0, 0, 0, "dlcb_35"},
     {36, F, "Light X: %.2f", 20, -500, 500, 0.05, 0, "dlcb_36"},
     {37, F, "Light Y: %.2f", 80, -500, 500, 0.05, 0, "dlcb_36"},
@@ -77,12 +72,6 @@ const Expected kTable[] = {
     {50, B, "Invert 2D Matte   ", 0, 0, 0, 0, 0, "dlcb_50"},
     {51, B, "Use 3D Matte   ", 0, 0, 0, 0, 0, "dlcb_51"},
     {52, B, "Invert 3D Matte   ", 0, 0, 0, 0, 0, "dlcb_52"},
-    {57, B, "Clear Overlay", 0, 0, 0, 0, 0, "Overlay2CB"},
-    {58, P, "Restart Paneburst   ", 0, 0, 0, 0, 0, "dlcb_58"},
-    {60, P, "Help", 0, 0, 0, 0, 0, "HelpCB"},
-    {61, P, "Reset", 0, 0, 0, 0, 0, "Reset2CB"},
-    {62, U, "FULL", 0, 0, 0, 0, 0, "SetRes2CB"},
-    {63, B, "Auto Preview", 1, 0, 0, 0, 0, "Auto2CB"},
     {64, B, "Use Wind   ", 0, 0, 0, 0, 0, "dlcb_64"},
     {65, F, "Wind Source X: %.2f", 90, -500, 500, 0.05, 0, "dlcb_65"},
     {66, F, "Wind Source Y: %.2f", 40, -500, 500, 0.05, 0, "dlcb_65"},
@@ -104,67 +93,63 @@ const Expected kTable[] = {
     {82, B, "Use Swirling   ", 0, 0, 0, 0, 0, "dlcb_82"},
     {83, F, "Swirl Density: %.2f", 6, 0, 100, 0.5, 0, "dlcb_83"},
     {84, F, "Swirl Magnitude: %.2f", 2, 0, 100, 0.5, 0, "dlcb_84"},
-    {86, B, "Clear Overlay", 0, 0, 0, 0, 0, "Overlay3CB"},
-    {87, P, "Restart Paneburst   ", 0, 0, 0, 0, 0, "dlcb_87"},
-    {89, P, "Help", 0, 0, 0, 0, 0, "HelpCB"},
-    {90, P, "Reset", 0, 0, 0, 0, 0, "Reset3CB"},
-    {91, U, "FULL", 0, 0, 0, 0, 0, "SetRes3CB"},
-    {92, B, "Auto Preview", 1, 0, 0, 0, 0, "Auto3CB"},
-    {93, UF, "Amplitude Import: %.1f", 0, -1000, 1000, 0.001, 0, nullptr},
+    {93, UF, "Amplitude Import: %.1f", 0, -1000, 1000, 0.001, 0, ""},
     {114, P, "Import Amplitude File", 0, 0, 0, 0, 0, "import_aiff_CB"},
 };
 
-int slider_flags(const Control& c) {
+std::vector<Expected> all_controls() {
+    std::vector<Expected> all(std::begin(kTable), std::end(kTable));
+    for (int page = 1; page <= 3; ++page) {
+        const int base = 28 + 29 * (page - 1);
+        const std::string n = std::to_string(page);
+        const std::string restart = "dlcb_" + std::to_string(base + 1);
+        for (const Expected& e : std::vector<Expected>{
+                 {base, B, "Clear Overlay", 0, 0, 0, 0, 0, "Overlay" + n + "CB"},
+                 {base + 1, P, "Restart Paneburst   ", 0, 0, 0, 0, 0, restart},
+                 {base + 3, P, "Help", 0, 0, 0, 0, 0, "HelpCB"},
+                 {base + 4, P, "Reset", 0, 0, 0, 0, 0, "Reset" + n + "CB"},
+                 {base + 5, U, "FULL", 0, 0, 0, 0, 0, "SetRes" + n + "CB"},
+                 {base + 6, B, "Auto Preview", 1, 0, 0, 0, 0, "Auto" + n + "CB"}})
+            all.push_back(e);
+    }
+    return all;
+}
+
+int flags(const Control& c) {
     if (c.kind == ControlKind::Int) return static_cast<SparkIntDesc*>(c.descriptor)->flags;
     if (c.kind == ControlKind::String) return static_cast<SparkStringDesc*>(c.descriptor)->flags;
-    return static_cast<SparkFloatDesc*>(c.descriptor)->flags;
+    if (c.kind == ControlKind::Float || c.kind == ControlKind::UserFloat)
+        return static_cast<SparkFloatDesc*>(c.descriptor)->flags;
+    return 0;
 }
 
 TEST(PluginControls, DescriptorSetIsExactlyTheTable) {
     sparkhost::Host& host = testing_support::plugin_host();
-    std::set<int> expected_numbers;
-    for (const Expected& e : kTable) {
+    std::set<int> expected_numbers, exported;
+    for (const Expected& e : all_controls()) {
         SCOPED_TRACE(e.number);
         expected_numbers.insert(e.number);
         Control* c = host.control(e.number);
         ASSERT_NE(c, nullptr);
         EXPECT_EQ(c->kind, e.kind);
         EXPECT_EQ(c->title(), e.title);
-        const SparkCallback wanted =
-            e.callback ? reinterpret_cast<SparkCallback>(host.symbol(e.callback)) : nullptr;
-        if (e.callback) {
-            EXPECT_NE(wanted, nullptr) << e.callback;
-        }
+        const auto wanted = e.callback.empty() ? nullptr : reinterpret_cast<SparkCallback>(host.symbol(e.callback.c_str()));
+        EXPECT_TRUE(e.callback.empty() || wanted) << e.callback;
         EXPECT_EQ(c->callback(), wanted);
-        switch (e.kind) {
-            case ControlKind::Float:
-            case ControlKind::UserFloat:
-                EXPECT_EQ(c->value(), static_cast<float>(e.value));
+        EXPECT_EQ(flags(*c), e.flags);
+        if (e.kind == ControlKind::String) {
+            EXPECT_STREQ(static_cast<SparkStringDesc*>(c->descriptor)->title, "%s");
+        } else if (e.kind == ControlKind::Color) {  // -1: white
+            EXPECT_EQ(static_cast<SparkColorDesc*>(c->descriptor)->value, 0xFFFFFFFFu);
+        } else {
+            EXPECT_EQ(c->value(), static_cast<float>(e.value));
+            if (e.kind == F || e.kind == UF || e.kind == I) {
                 EXPECT_EQ(c->minimum(), static_cast<float>(e.min));
                 EXPECT_EQ(c->maximum(), static_cast<float>(e.max));
                 EXPECT_EQ(c->increment(), static_cast<float>(e.step));
-                EXPECT_EQ(slider_flags(*c), e.flags);
-                break;
-            case ControlKind::Int:
-                EXPECT_EQ(c->value(), e.value);
-                EXPECT_EQ(c->minimum(), e.min);
-                EXPECT_EQ(c->maximum(), e.max);
-                EXPECT_EQ(c->increment(), e.step);
-                EXPECT_EQ(slider_flags(*c), e.flags);
-                break;
-            case ControlKind::String:
-                EXPECT_STREQ(static_cast<SparkStringDesc*>(c->descriptor)->title, "%s");
-                EXPECT_EQ(slider_flags(*c), e.flags);
-                break;
-            case ControlKind::Color:
-                EXPECT_EQ(static_cast<SparkColorDesc*>(c->descriptor)->value, 0xFFFFFFFFu);
-                break;
-            default:
-                EXPECT_EQ(c->value(), e.value);
-                break;
+            }
         }
     }
-    std::set<int> exported;
     for (const auto& kv : host.controls()) exported.insert(kv.first);
     EXPECT_EQ(exported, expected_numbers);
 }
@@ -174,17 +159,12 @@ TEST(PluginControls, PopupEntriesAreExactAndCounted) {
     const std::vector<std::string> resolution = {"FULL", "1/2", "1/3", "1/4", "1/6", "1/8", "1/12", "1/16", "1/32"};
     const std::vector<std::pair<int, std::vector<std::string>>> popups = {
         {19, {"Demos: Explosion  ", "Demos: Confetti  ", "Demos: VenetianV  ", "Demos:  VenetianH  "}},
-        {30,
-         {"Render Quality: High Quality  ", "Render Quality: Med Quality  ", "Render Quality: Low Quality  ",
-          "Render Quality: Wireframe  "}},
-        {33, resolution},
-        {62, resolution},
-        {91, resolution},
-    };
+        {30, {"Render Quality: High Quality  ", "Render Quality: Med Quality  ", "Render Quality: Low Quality  ",
+              "Render Quality: Wireframe  "}},
+        {33, resolution}, {62, resolution}, {91, resolution}};
     for (const auto& p : popups) {
         SCOPED_TRACE(p.first);
         const Control* c = host.control(p.first);
-        ASSERT_NE(c, nullptr);
         const auto* d = static_cast<const SparkPupDesc*>(c->descriptor);
         int titled = 0;
         while (titled < kPupMaxEntries && d->titles[titled]) ++titled;
@@ -197,49 +177,34 @@ TEST(PluginControls, PopupEntriesAreExactAndCounted) {
 
 TEST(PluginControls, AuxiliaryRecordsHoldTheDefinedRanges) {
     sparkhost::Host& host = testing_support::plugin_host();
-    const auto* bz = static_cast<const float*>(host.symbol("AuxQ7Float47"));
-    ASSERT_NE(bz, nullptr);
-    EXPECT_EQ(bz[0], -5.0f);
-    EXPECT_EQ(bz[1], -0.0001f);
-    const auto* seed = static_cast<const int*>(host.symbol("AuxQ7Integer26"));
-    ASSERT_NE(seed, nullptr);
-    EXPECT_EQ(seed[0], 1);
-    EXPECT_EQ(seed[1], 999);
-    const auto* spread = static_cast<const float*>(host.symbol("AuxQ7Angle70"));
-    ASSERT_NE(spread, nullptr);
-    EXPECT_EQ(spread[1], 180.0f);
-    const auto* wind = static_cast<const float*>(host.symbol("AuxQ7Position65"));
-    ASSERT_NE(wind, nullptr);
-    EXPECT_EQ(wind[0], -500.0f);
-    EXPECT_EQ(wind[1], 500.0f);
-    EXPECT_EQ(wind[2], -500.0f);
-    EXPECT_EQ(wind[3], 500.0f);
-    const auto* colour = static_cast<const std::uint32_t*>(host.symbol("AuxQ7Colour42"));
-    ASSERT_NE(colour, nullptr);
-    EXPECT_EQ(colour[0], 0xFFFFFFFFu);
+    auto aux = [&](const char* name) {
+        void* p = host.symbol(name);
+        EXPECT_NE(p, nullptr) << name;
+        return p;
+    };
+    const auto* bz = static_cast<const float*>(aux("AuxQ7Float47"));
+    EXPECT_EQ(std::vector<float>(bz, bz + 2), (std::vector<float>{-5.0f, -0.0001f}));
+    const auto* seed = static_cast<const int*>(aux("AuxQ7Integer26"));
+    EXPECT_EQ(std::vector<int>(seed, seed + 2), (std::vector<int>{1, 999}));
+    EXPECT_EQ(static_cast<const float*>(aux("AuxQ7Angle70"))[1], 180.0f);
+    const auto* wind = static_cast<const float*>(aux("AuxQ7Position65"));
+    EXPECT_EQ(std::vector<float>(wind, wind + 4), (std::vector<float>{-500.0f, 500.0f, -500.0f, 500.0f}));
+    EXPECT_EQ(*static_cast<const std::uint32_t*>(aux("AuxQ7Colour42")), 0xFFFFFFFFu);
     // Lists: the default entry, the count, the names without their prefix.
     struct List {
-        int default_entry;
-        int count;
+        int default_entry, count;
         const char* names[4];
     };
-    const auto* demos = static_cast<const List*>(host.symbol("AuxQ7List19"));
-    ASSERT_NE(demos, nullptr);
+    const auto* demos = static_cast<const List*>(aux("AuxQ7List19"));
     EXPECT_EQ(demos->default_entry, 0);
     EXPECT_EQ(demos->count, 4);
     EXPECT_STREQ(demos->names[3], " VenetianH  ");
-    const auto* quality = static_cast<const List*>(host.symbol("AuxQ7List30"));
-    ASSERT_NE(quality, nullptr);
+    const auto* quality = static_cast<const List*>(aux("AuxQ7List30"));
     EXPECT_EQ(quality->default_entry, 1);
     EXPECT_STREQ(quality->names[0], "High Quality  ");
-    // A checkbox's exclusive group is empty.
-    const auto* group = static_cast<const int*>(host.symbol("AuxQ7Checkbox35"));
-    ASSERT_NE(group, nullptr);
-    EXPECT_EQ(group[0], 0);
+    EXPECT_EQ(*static_cast<const int*>(aux("AuxQ7Checkbox35")), 0);  // an empty exclusive group
     // Push buttons, popups without an object and position y controls have none.
-    EXPECT_EQ(host.symbol("AuxQ7Float37"), nullptr);
-    EXPECT_EQ(host.symbol("AuxQ7Float27"), nullptr);
-    EXPECT_EQ(host.symbol("AuxQ7List33"), nullptr);
+    for (const char* none : {"AuxQ7Float37", "AuxQ7Float27", "AuxQ7List33"}) EXPECT_EQ(host.symbol(none), nullptr);
 }
 
 TEST(PluginControls, FirstFrameHidesEveryDependentControl) {
@@ -260,22 +225,15 @@ TEST(PluginControls, FirstFrameHidesEveryDependentControl) {
     // Use Light on: the light controls and Lit Background show, Background Z
     // stays hidden until Lit Background is on as well.
     host.change_control(35, 1);
-    EXPECT_FALSE(host.hidden(36));
-    EXPECT_FALSE(host.hidden(45));
-    EXPECT_FALSE(host.hidden(46));
+    for (int n : {36, 45, 46}) EXPECT_FALSE(host.hidden(n)) << n;
     EXPECT_TRUE(host.hidden(47));
     host.change_control(46, 1);
     EXPECT_FALSE(host.hidden(47));
-    host.change_control(35, 0);
-    EXPECT_TRUE(host.hidden(47));
-    EXPECT_TRUE(host.hidden(46));
-
+    host.change_control(35, 0);  // Background Z goes with the light
+    EXPECT_TRUE(host.hidden(47) && host.hidden(46));
     host.change_control(49, 1);
-    EXPECT_FALSE(host.hidden(50));
     host.change_control(78, 1);
-    EXPECT_FALSE(host.hidden(79));
-    EXPECT_FALSE(host.hidden(80));
-    EXPECT_FALSE(host.hidden(81));
+    for (int n : {50, 79, 80, 81}) EXPECT_FALSE(host.hidden(n)) << n;
 }
 
 TEST(PluginControls, ChannelEditorTree) {
@@ -290,18 +248,10 @@ TEST(PluginControls, ChannelEditorTree) {
         std::vector<int> controls;
     };
     const std::vector<Folder> expected = {
-        {"Depth", {8, 9}},
-        {"Style", {26}},
-        {"Speed", {13, 14, 15, 16, 17, 18}},
-        {"Rotation", {20, 21, 22, 23, 24, 25}},
-        {"Light", {36, 37, 38, 39, 40, 43, 44, 45, 47}},
-        {"Wind", {65, 66, 67, 68, 69, 70}},
-        {"Repel", {72, 73, 74}},
-        {"Gravity", {76, 77}},
-        {"Attract", {79, 80, 81}},
-        {"Swirl", {83, 84}},
-        {"Common", {27, 93}},
-    };
+        {"Depth", {8, 9}}, {"Style", {26}}, {"Speed", {13, 14, 15, 16, 17, 18}},
+        {"Rotation", {20, 21, 22, 23, 24, 25}}, {"Light", {36, 37, 38, 39, 40, 43, 44, 45, 47}},
+        {"Wind", {65, 66, 67, 68, 69, 70}}, {"Repel", {72, 73, 74}}, {"Gravity", {76, 77}},
+        {"Attract", {79, 80, 81}}, {"Swirl", {83, 84}}, {"Common", {27, 93}}};
     ASSERT_EQ(tree.size(), 11u);
     int entries = 0, named = 0;
     for (std::size_t f = 0; f < tree.size(); ++f) {
@@ -321,23 +271,13 @@ TEST(PluginControls, ChannelEditorTree) {
     EXPECT_EQ(entries, 42);
     EXPECT_EQ(named, 40);
 
-    // The names, in the order they were given.
-    const std::vector<std::pair<int, std::string>> names = {
-        {8, "Foreground Z"},      {9, "Maximum Z"},         {26, "Seed"},
-        {13, "X Speed"},          {14, "Y Speed"},          {15, "Z Speed"},
-        {16, "X Speed Var"},      {17, "Y Speed Var"},      {18, "Z Speed Var"},
-        {20, "X Rot. Speed"},     {21, "Y Rot. Speed"},     {22, "Z Rot. Speed"},
-        {23, "X Rot. Speed Var"}, {24, "Y Rot. Speed Var"}, {25, "Z Rot. Speed Var"},
-        {36, "Light X"},          {37, "Light Y"},          {38, "LightZ"},
-        {39, "Light Brightness"}, {40, "Gloss"},            {43, "Light Colour R"},
-        {44, "Light Colour G"},   {45, "Light Colour B"},   {47, "Background Z"},
-        {65, "Wind Source X"},    {66, "Wind Source Y"},    {67, "Wind Target X"},
-        {68, "Wind Target Y"},    {69, "Wind Speed"},       {70, "Wind Spread"},
-        {72, "Repulsion X"},      {73, "Repulsion Y"},      {74, "Rep. Strength"},
-        {76, "Gravity"},          {77, "Gravity Angle"},    {79, "Attraction X"},
-        {80, "Attraction Y"},     {81, "Attr. Strength"},   {83, "Swirl Density"},
-        {84, "Swirl Magnitude"},
-    };
+    // Every entry but the Common folder's is named after its slider title
+    // without the value format ("LightZ" from "LightZ: %.3f"), in tree order.
+    std::vector<std::pair<int, std::string>> names;
+    for (const Folder& f : expected)
+        for (int n : f.controls)
+            for (const Expected& e : kTable)
+                if (e.number == n && n != 27 && n != 93) names.emplace_back(n, e.title.substr(0, e.title.find(':')));
     std::vector<std::pair<int, std::string>> given;
     for (const sparkhost::EditorCall& call : host.editor_calls)
         if (call.kind == sparkhost::EditorCall::Name) {

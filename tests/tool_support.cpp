@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <map>
 #include <sstream>
 
 #include "tools/open_image.h"
@@ -50,10 +49,7 @@ ToolRun TempDir::render(const std::vector<std::string>& args) const {
     for (const std::string& a : args) cmd += " " + quote(a);
     cmd += " >" + quote(dir_ + "/.stdout") + " 2>" + quote(dir_ + "/.stderr") + " </dev/null";
     const int raw = std::system(cmd.c_str());
-    ToolRun r;
-    r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    r.out = file_bytes(dir_ + "/.stdout");
-    r.err = file_bytes(dir_ + "/.stderr");
+    ToolRun r{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, file_bytes(dir_ + "/.stdout"), file_bytes(dir_ + "/.stderr")};
     std::remove((dir_ + "/.stdout").c_str());
     std::remove((dir_ + "/.stderr").c_str());
     return r;
@@ -92,31 +88,30 @@ Picture read_picture(const std::string& path) {
     if (!in) return p;
     p.width = header.width;
     p.height = header.height;
-    p.channels = header.nchannels;
     p.format = header.format.c_str();
     p.bits = header.get_int_attribute("oiio:BitsPerSample", 0);
-    const std::size_t n = static_cast<std::size_t>(p.width) * p.height * p.channels;
-    if (header.format.is_floating_point()) {
-        p.floats.resize(n);
-        EXPECT_TRUE(in->read_image(0, 0, 0, p.channels, OIIO::TypeDesc::FLOAT, p.floats.data()));
-    } else {
-        p.ints.resize(n);
-        EXPECT_TRUE(in->read_image(0, 0, 0, p.channels, OIIO::TypeDesc::UINT16, p.ints.data()));
-    }
+    const std::size_t n = static_cast<std::size_t>(p.width) * p.height * header.nchannels;
+    const bool is_float = header.format.is_floating_point();
+    if (is_float) p.floats.resize(n);
+    else p.ints.resize(n);
+    EXPECT_TRUE(in->read_image(0, 0, 0, header.nchannels, is_float ? OIIO::TypeDesc::FLOAT : OIIO::TypeDesc::UINT16,
+                               is_float ? static_cast<void*>(p.floats.data()) : p.ints.data()));
     return p;
 }
 
+void expect_picture8(const std::string& path, const std::vector<std::uint8_t>& expected) {
+    const Picture p = read_picture(path);
+    ASSERT_EQ(p.ints.size(), expected.size()) << path;
+    for (std::size_t i = 0; i < expected.size(); ++i) ASSERT_EQ(p.ints[i], expected[i] * 257u) << path << " value " << i;
+}
+
 std::string file_bytes(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
     std::ostringstream s;
-    s << in.rdbuf();
+    s << std::ifstream(path, std::ios::binary).rdbuf();
     return s.str();
 }
 
-void write_text(const std::string& path, const std::string& text) {
-    std::ofstream out(path, std::ios::binary);
-    out << text;
-}
+void write_text(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
 
 std::vector<std::uint8_t> pattern8(int width, int height, int frame) {
     std::vector<std::uint8_t> px(static_cast<std::size_t>(width) * height * 3);
@@ -126,25 +121,6 @@ std::vector<std::uint8_t> pattern8(int width, int height, int frame) {
                 px[(static_cast<std::size_t>(y) * width + x) * 3 + c] =
                     static_cast<std::uint8_t>((x * 37 + y * 11 + c * 85 + frame * 29) % 256);
     return px;
-}
-
-bool plugin_has_control(int number) {
-    static std::map<int, bool> known;
-    static bool listed = false;
-    if (!listed) {
-        listed = true;
-        TempDir dir;
-        const ToolRun r = dir.render({"--list-controls"});
-        std::istringstream lines(r.out);
-        std::string line;
-        while (std::getline(lines, line)) {
-            std::istringstream fields(line);
-            std::string page;
-            int n = -1;
-            if (fields >> page >> n) known[n] = true;
-        }
-    }
-    return known.count(number) != 0;
 }
 
 int count(const std::string& text, const std::string& needle) {

@@ -15,14 +15,10 @@
 
 namespace {
 
+// Sets (or, for null, unsets) an environment variable for one scope.
 struct EnvGuard {
     std::string name;
-    explicit EnvGuard(const char* n, const char* value) : name(n) {
-        if (value)
-            setenv(n, value, 1);
-        else
-            unsetenv(n);
-    }
+    EnvGuard(const char* n, const char* value) : name(n) { value ? setenv(n, value, 1) : unsetenv(n); }
     ~EnvGuard() { unsetenv(name.c_str()); }
 };
 
@@ -41,25 +37,19 @@ const std::string kHeader3 = "Channel Amplitude 1:\n\tSize 3\n";
 
 }  // namespace
 
-TEST(HelpCommand, DefaultRootAndBrowser) {
-    EnvGuard root("DIR_7", nullptr), browser("Q7_HELP_BROWSER", nullptr);
-    EXPECT_EQ(help_command("paneburst.htm"),
-              "firefox -geometry +50+50 file:/usr/local/Corvane/dl/help/paneburst.htm &");
-}
-
-TEST(HelpCommand, RootAndBrowserFromTheEnvironment) {
-    EnvGuard root("DIR_7", "/opt/fx"), browser("Q7_HELP_BROWSER", "lynx");
-    EXPECT_EQ(help_command("paneburst.htm"), "lynx -geometry +50+50 file:/opt/fx/dl/help/paneburst.htm &");
-    const std::string long_root(5000, 'r');
-    EnvGuard long_one("DIR_7", long_root.c_str());
-    EXPECT_EQ(help_command("x.htm"), "lynx -geometry +50+50 file:" + long_root + "/dl/help/x.htm &");
-}
-
-TEST(HelpCommand, PageNameRules) {
-    EnvGuard root("DIR_7", "/r"), browser("Q7_HELP_BROWSER", "b");
-    EXPECT_EQ(help_command("a.b.htm"), "b -geometry +50+50 file:/r/dl/help/a.b.htm &");
-    EXPECT_EQ(help_command(".htm"), "b -geometry +50+50 file:/r/dl/help/.htm.htm &");
-    EXPECT_EQ(help_command("manual"), "b -geometry +50+50 file:/r/dl/help/manual.htm &");
+TEST(HelpCommand, RootBrowserAndPageName) {
+    const std::string long_root(5000, 'r');  // the command holds any length of root
+    const struct { const char *root, *browser, *page; std::string expected; } cases[] = {
+        {nullptr, nullptr, "paneburst.htm", "firefox -geometry +50+50 file:/usr/local/Corvane/dl/help/paneburst.htm &"},
+        {"/opt/fx", "lynx", "paneburst.htm", "lynx -geometry +50+50 file:/opt/fx/dl/help/paneburst.htm &"},
+        {"/r", "b", "a.b.htm", "b -geometry +50+50 file:/r/dl/help/a.b.htm &"},
+        {"/r", "b", ".htm", "b -geometry +50+50 file:/r/dl/help/.htm.htm &"},
+        {"/r", "b", "manual", "b -geometry +50+50 file:/r/dl/help/manual.htm &"},
+        {long_root.c_str(), "b", "x.htm", "b -geometry +50+50 file:" + long_root + "/dl/help/x.htm &"}};
+    for (const auto& c : cases) {
+        EnvGuard root("DIR_7", c.root), browser("Q7_HELP_BROWSER", c.browser);
+        EXPECT_EQ(help_command(c.page), c.expected) << c.page;
+    }
 }
 
 TEST(HelpCommand, RunsTheBrowser) {
@@ -91,40 +81,26 @@ protected:
     std::string last_message() { return host.messages.empty() ? "" : host.messages.back().text; }
 };
 
-TEST_F(AmplitudeImport, KeysArePositionedByKeyNumber) {
-    aiff_file_CB(write_file("amp_ok.txt", kHeader3 + record(1, 10, "0.5") + record(2, 20, "-3.25") +
-                                              record(7, 30, "1000")).c_str());
-    EXPECT_EQ(keys(), (std::map<float, float>{{1.0f, 0.5f}, {2.0f, -3.25f}, {7.0f, 1000.0f}}));
+// Keys sit at their key number (the frame number is read and not used); Size
+// limits the records read, a negative Size reads until a record fails, and a
+// short file sets what it has without a message.
+TEST_F(AmplitudeImport, KeysSizesAndWhiteSpace) {
+    using Keys = std::map<float, float>;
+    const std::string all3 = record(1, 10, "0.5") + record(2, 20, "-3.25") + record(7, 30, "1000");
+    const struct { std::string text; Keys expected; } cases[] = {
+        {kHeader3 + all3, {{1.0f, 0.5f}, {2.0f, -3.25f}, {7.0f, 1000.0f}}},
+        {"Channel Amplitude 1:\n\tSize 0\n" + all3, {}},
+        {kHeader3 + record(1, 1, "1") + record(2, 2, "2"), {{1.0f, 1.0f}, {2.0f, 2.0f}}},
+        {"Channel Amplitude 1:\n\tSize -1\n" + all3 + "\tKey x\n", {{1.0f, 0.5f}, {2.0f, -3.25f}, {7.0f, 1000.0f}}},
+        {"Channel Amplitude 1:\n\tSize 1\n" + all3, {{1.0f, 0.5f}}},
+        {"Channel Amplitude 3:Size 2 Key 1 Frame 1 Value 2.5 End\r\n  Key 2\n\n Frame 2 Value 3.5End",
+         {{1.0f, 2.5f}, {2.0f, 3.5f}}}};
+    for (const auto& c : cases) {
+        host.clear_keys(93);
+        aiff_file_CB(write_file("amp_keys.txt", c.text).c_str());
+        EXPECT_EQ(keys(), c.expected) << c.text;
+    }
     EXPECT_TRUE(host.messages.empty());
-}
-
-TEST_F(AmplitudeImport, SizeLimitsAndShortFiles) {
-    aiff_file_CB(write_file("amp_zero.txt", "Channel Amplitude 1:\n\tSize 0\n" + record(1, 1, "1")).c_str());
-    EXPECT_TRUE(keys().empty());
-    EXPECT_TRUE(host.messages.empty());
-
-    aiff_file_CB(write_file("amp_two_of_three.txt", kHeader3 + record(1, 1, "1") + record(2, 2, "2")).c_str());
-    EXPECT_EQ(keys().size(), 2u);
-    EXPECT_TRUE(host.messages.empty());
-
-    host.clear_keys(93);
-    aiff_file_CB(write_file("amp_negative.txt",
-                            "Channel Amplitude 1:\n\tSize -1\n" + record(1, 1, "1") + record(2, 2, "2") +
-                                record(3, 3, "3") + "\tKey x\n")
-                     .c_str());
-    EXPECT_EQ(keys().size(), 3u);
-
-    host.clear_keys(93);
-    aiff_file_CB(write_file("amp_limit.txt", "Channel Amplitude 1:\n\tSize 1\n" + record(4, 1, "9") + record(5, 2, "8"))
-                     .c_str());
-    EXPECT_EQ(keys(), (std::map<float, float>{{4.0f, 9.0f}}));
-}
-
-TEST_F(AmplitudeImport, WhiteSpaceIsFlexible) {
-    aiff_file_CB(write_file("amp_spaces.txt", "Channel Amplitude 3:Size 2 Key 1 Frame 1 Value 2.5 End\r\n"
-                                              "  Key 2\n\n Frame 2 Value 3.5End")
-                     .c_str());
-    EXPECT_EQ(keys(), (std::map<float, float>{{1.0f, 2.5f}, {2.0f, 3.5f}}));
 }
 
 TEST_F(AmplitudeImport, BadFilesKeepTheKeysAlreadySet) {
