@@ -3,6 +3,7 @@
 // the rebuild triggers, the clamp at a tiny preview, and the Explosion look.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -217,4 +218,16 @@ TEST(PipelineRuns, ExplosionRendersCleanlyAtFullAndHalfResolution) {
             for (int i = 0; i < fx.info.element_count; ++i)
                 EXPECT_GT(fx.polygons[i].z, fx.info.foreground_z - 0.001f) << i;
         }
+}
+
+// Host frame numbers are unsigned 32-bit; past the int range the swirl's time
+// axis gets INT_MIN instead of an undefined conversion.
+TEST(PipelineSteps, FrameNumbersBeyondTheIntRange) {
+    Host& host = begin(64, 48);
+    set(host, 82, 1);
+    Paneburst& fx = effect(host);
+    ASSERT_NE(host.process(2147483647u), nullptr);
+    EXPECT_EQ(fx.info.frame, 2147483647);
+    ASSERT_NE(host.process(3000000000u), nullptr);
+    EXPECT_EQ(fx.info.frame, INT32_MIN);
 }
