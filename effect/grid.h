@@ -7,8 +7,8 @@
 //   const GridGeometry grid = compute_grid(W, H, X, Y);
 //   if (grid_cells_changed(info, grid)) restart = 1;  // before any clamping
 //   ...
-//   if (grid.clamp_x) x_elements_ctl.SetValue(grid.x_elements, -1.0);
-//   if (grid.clamp_y) y_elements_ctl.SetValue(grid.y_elements, -1.0);
+//   if (grid.clamp_x) x_elements_ctl.SetValue(-1.0, grid.x_elements);
+//   if (grid.clamp_y) y_elements_ctl.SetValue(-1.0, grid.y_elements);
 //   apply_grid(&info, grid);  // tiles, origin, counts, element_count, last cells
 //   ensure_element_capacity(info.element_count);
 //

@@ -1,6 +1,7 @@
 // The frame pipeline: parameters from the controls, the random tables, the
 // background canvas, the element step and the compositing into the result.
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -99,7 +100,11 @@ void Paneburst::fill_info() {
     wind_spread_ctl.GetValue(-1.0, spread);
     in->wind_spread_cos = static_cast<float>(std::cos(3.14159 * spread / 360.0));
     in->wind_speed = static_cast<float>(number(wind_speed_ctl));
-    in->frame = static_cast<std::int32_t>(frame);
+    // The host frame number is an unsigned 32-bit value; one beyond the int
+    // range has no truncation and gives INT_MIN, as the processor's own
+    // conversion does (a plain cast would be undefined there).
+    in->frame = frame >= -2147483648.0 && frame < 2147483648.0 ? static_cast<std::int32_t>(frame)
+                                                                : INT32_MIN;
     long quality = 0;
     render_quality_ctl.GetValue(-1.0, quality);
     in->render_mode = static_cast<std::int32_t>(quality - 1);
