@@ -32,6 +32,12 @@ void fill_inputs(sparkhost::Host& host, unsigned seed) {
 }
 
 void start(sparkhost::Host& host, int width, int height, int depth_bits, int bands) {
+    // A healthy host with nothing said yet, whatever an earlier test in the
+    // same process left behind.
+    host.messages.clear();
+    host.failing_buffers.clear();
+    host.settings.free_buffers = 16;
+    host.settings.api_version = 4.0;
     host.settings.width = width;
     host.settings.height = height;
     host.settings.depth_bits = depth_bits;

@@ -93,8 +93,10 @@ TEST(SpineStartup, TwelveBitForDepths48And64Only) {
 
 TEST(SpineStartup, TooFewBuffersTurnsProcessingOff) {
     Host& host = plugin_host();
+    stdout_of([&] { start(host, 64, 48, 8, 1); });
+    host.messages.clear();
     host.settings.free_buffers = 1;
-    const std::string out = stdout_of([&] { start(host, 64, 48, 8, 1); });
+    const std::string out = stdout_of([&] { host.initialise(); });
     EXPECT_NE(out.find("Available buffers = 1\n" + std::string(51, '+') +
                        "\n\nERROR: we need 2 image buffers, but we only got 1.\n... Processing will be turned off ...\n"),
               std::string::npos)
@@ -115,8 +117,7 @@ TEST(SpineStartup, TooFewBuffersTurnsProcessingOff) {
 
 TEST(SpineStartup, ApiVersionCheck) {
     Host& host = plugin_host();
-    host.settings.api_version = 4.0;
-    stdout_of([&] { host.initialise(); });
+    stdout_of([&] { start(host, 64, 48, 8, 1); });
     EXPECT_TRUE(host.messages.empty());
     host.settings.api_version = 3.9;
     stdout_of([&] { host.initialise(); });
