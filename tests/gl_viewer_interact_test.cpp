@@ -3,7 +3,6 @@
 // dragged end to end into its controls, and re-processing on release.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <vector>
 
 #include "tests/gl_recorder.h"
@@ -25,21 +24,24 @@ protected:
         host->on_viewing_draw = [this] { ++draws; };
         set(*host, 34, 0);  // Auto Preview off unless a test wants it
     }
-    // Switches checkboxes on or off: a frame caches them for the overlay.
-    void use(std::initializer_list<std::pair<int, int>> flags) {
-        for (const auto& f : flags) set(*host, f.first, f.second);
+    // Sets controls, processes a frame (it caches the checkboxes the overlay
+    // reads) and redraws the overlay, which places the widgets.
+    void show(std::initializer_list<std::pair<int, double>> controls) {
+        for (const auto& c : controls) set(*host, c.first, c.second);
         ASSERT_NE(host->process(++frame), nullptr);
-    }
-    void redraw() {
         glrec::reset();
         viewer::overlay(*host, 1.0f);
+    }
+    // Events of one pressure each at the same point; the last cursor shape.
+    int events(std::initializer_list<float> pressures, float x, float y) {
+        for (float p : pressures) interact(*host, p, x, y);
+        return last_cursor();
     }
     int last_cursor() const { return cursors.empty() ? 0 : cursors.back(); }
     std::vector<int> updates_since(std::size_t start) const {
         const auto& log = host->update_log();
         return std::vector<int>(log.begin() + static_cast<long>(start), log.end());
     }
-
     sparkhost::Host* host = nullptr;
     std::vector<int> cursors;
     int draws = 0;
@@ -47,17 +49,14 @@ protected:
 };
 
 TEST_F(ViewerInteract, PressureStepsGiveHoverPressDragRelease) {
-    use({{35, 1}});  // the light at its default (20, 80): overlay (24, 72)
-    redraw();
+    show({{35, 1}});  // the light at its default (20, 80): overlay (24, 72)
     EXPECT_EQ(interact(*host, 0.0f, 24, 72), nullptr);  // hover over the handle
     EXPECT_EQ(last_cursor(), kOverHandle);
     EXPECT_EQ(draws, 0);
-
     const std::size_t before = host->update_log().size();
-    interact(*host, 0.5f, 24, 72);  // press
-    EXPECT_EQ(last_cursor(), kGrab);
+    EXPECT_EQ(events({0.5f}, 24, 72), kGrab);  // press
     EXPECT_EQ(draws, 1);
-    interact(*host, 0.7f, 30, 18);  // drag: 25 % across, 20 % down
+    events({0.7f}, 30, 18);  // drag: 25 % across, 20 % down
     EXPECT_EQ(draws, 2);
     EXPECT_FLOAT_EQ(static_cast<float>(value(*host, 36)), 100.0f * (30.0f / 120.0f));
     EXPECT_FLOAT_EQ(static_cast<float>(value(*host, 37)), 100.0f * (18.0f / 90.0f));
@@ -65,149 +64,98 @@ TEST_F(ViewerInteract, PressureStepsGiveHoverPressDragRelease) {
     EXPECT_EQ(interact(*host, 0.0f, 30, 18), nullptr);  // release, Auto Preview off
     EXPECT_EQ(last_cursor(), kDefault);
     EXPECT_EQ(draws, 3);
-
     // After the release a drag-like move writes nothing more.
-    interact(*host, 0.0f, 60, 60);
-    EXPECT_EQ(last_cursor(), kDefault);
+    EXPECT_EQ(events({0.0f}, 60, 60), kDefault);
     EXPECT_EQ(updates_since(before).size(), 2u);
 }
 
 TEST_F(ViewerInteract, NegativePressureAfterAPositiveOneIsAHoverNotARelease) {
-    use({{35, 1}});
-    redraw();
-    interact(*host, 0.5f, 24, 72);  // press, grabs the light
-    ASSERT_EQ(last_cursor(), kGrab);
-    interact(*host, 0.5f, 36, 72);  // drag
+    show({{35, 1}});
+    ASSERT_EQ(events({0.5f}, 24, 72), kGrab);  // press, grabs the light
+    events({0.5f}, 36, 72);                     // drag
     EXPECT_EQ(draws, 2);
-    interact(*host, -0.1f, 36, 72);  // neither drag nor release
+    // Neither drag nor release; the handle was last drawn at (24, 72).
+    EXPECT_EQ(events({-0.1f}, 36, 72), kDefault);
+    EXPECT_EQ(events({0.0f}, 36, 72), kDefault);  // from a negative pressure: a hover again
     EXPECT_EQ(draws, 2);
-    EXPECT_EQ(last_cursor(), kDefault);  // the handle was last drawn at (24, 72)
-    interact(*host, 0.0f, 36, 72);  // from a negative pressure: a hover again
-    EXPECT_EQ(draws, 2);
-    interact(*host, 0.5f, 0, 0);  // a fresh press, on nothing
+    EXPECT_EQ(events({0.5f}, 0, 0), kDefault);  // a fresh press, on nothing
     EXPECT_EQ(draws, 3);
-    EXPECT_EQ(last_cursor(), kDefault);
 }
 
 TEST_F(ViewerInteract, ViewerRatioStretchesThePointerHorizontally) {
-    use({{35, 1}});
     host->viewer_ratio = 1.5f;  // overlay 180 wide: the light is at (36, 72)
-    redraw();
-    interact(*host, 0.0f, 24, 72);  // the host's x 24 is the overlay's 36
-    EXPECT_EQ(last_cursor(), kOverHandle);
-    interact(*host, 0.0f, 36, 72);
-    EXPECT_EQ(last_cursor(), kDefault);
+    show({{35, 1}});
+    EXPECT_EQ(events({0.0f}, 24, 72), kOverHandle);  // the host's x 24 is the overlay's 36
+    EXPECT_EQ(events({0.0f}, 36, 72), kDefault);
 }
 
 TEST_F(ViewerInteract, ReleaseOfAGrabbedWidgetWithAutoPreviewProcessesTheFrame) {
-    use({{71, 1}});  // repulsion at its default (40, 30): overlay (48, 27)
-    set(*host, 34, 1);
-    redraw();
-    interact(*host, 0.5f, 48, 27);
-    ASSERT_EQ(last_cursor(), kGrab);
+    show({{71, 1}, {34, 1}});  // repulsion at its default (40, 30): overlay (48, 27)
+    ASSERT_EQ(events({0.5f}, 48, 27), kGrab);
     interact(*host, 0.5f, 60, 45);
-    unsigned long* result = interact(*host, 0.0f, 60, 45);
-    EXPECT_NE(result, nullptr);
-    EXPECT_EQ(static_cast<void*>(result), host->buffer(1).data());
+    EXPECT_EQ(static_cast<void*>(interact(*host, 0.0f, 60, 45)), host->buffer(1).data());
     EXPECT_FLOAT_EQ(static_cast<float>(value(*host, 72)), 50.0f);
-
     // A release after a press that grabbed nothing returns no frame.
-    interact(*host, 0.5f, 1, 1);
-    EXPECT_EQ(last_cursor(), kDefault);
+    EXPECT_EQ(events({0.5f}, 1, 1), kDefault);
     EXPECT_EQ(interact(*host, 0.0f, 1, 1), nullptr);
 }
 
-TEST_F(ViewerInteract, CrosshairDraggedPastTheRangeStopsAtItsEdge) {
-    use({{78, 1}});  // attraction at (80, 80): overlay (96, 72)
-    redraw();
-    interact(*host, 0.5f, 96, 72);
-    ASSERT_EQ(last_cursor(), kGrab);
-    interact(*host, 0.5f, 120 * 7, -90 * 6);  // 700 %, -600 %: range -500 ... 500
+TEST_F(ViewerInteract, CrosshairDraggedPastTheRangeStopsExactlyAtItsEdge) {
+    show({{78, 1}});  // attraction at (80, 80): overlay (96, 72)
+    ASSERT_EQ(events({0.5f}, 96, 72), kGrab);
+    events({0.5f, 0.0f}, 120 * 7, -90 * 6);  // 700 %, -600 %: range -500 ... 500
     EXPECT_EQ(value(*host, 79), 500.0);
     EXPECT_EQ(value(*host, 80), -500.0);
-    interact(*host, 0.0f, 120 * 7, -90 * 6);
 }
 
 TEST_F(ViewerInteract, WindLineDraggedByItsMidpointKeepsItsLength) {
-    use({{64, 1}});
-    set(*host, 65, 25);
-    set(*host, 66, 50);
-    set(*host, 67, 75);
-    set(*host, 68, 50);
-    redraw();  // line from (30, 45) to (90, 45), handle at (60, 45)
-    interact(*host, 0.5f, 60, 45);
-    ASSERT_EQ(last_cursor(), kGrab);
+    show({{64, 1}, {65, 25}, {66, 50}, {67, 75}, {68, 50}});  // (30, 45) to (90, 45), handle at (60, 45)
+    ASSERT_EQ(events({0.5f}, 60, 45), kGrab);
     const std::size_t before = host->update_log().size();
-    interact(*host, 0.5f, 60, 27);  // midpoint to (0.5, 0.3)
+    events({0.5f, 0.0f}, 60, 27);  // midpoint to (0.5, 0.3)
     EXPECT_EQ(updates_since(before), (std::vector<int>{65, 66, 67, 68}));
-    const float y = 100.0f * (27.0f / 90.0f);
-    EXPECT_FLOAT_EQ(static_cast<float>(value(*host, 65)), 25.0f);
-    EXPECT_FLOAT_EQ(static_cast<float>(value(*host, 66)), y);
-    EXPECT_FLOAT_EQ(static_cast<float>(value(*host, 67)), 75.0f);
-    EXPECT_FLOAT_EQ(static_cast<float>(value(*host, 68)), y);
-    interact(*host, 0.0f, 60, 27);
+    const float expected[4] = {25.0f, 100.0f * (27.0f / 90.0f), 75.0f, 100.0f * (27.0f / 90.0f)};
+    for (int i = 0; i < 4; ++i) EXPECT_FLOAT_EQ(static_cast<float>(value(*host, 65 + i)), expected[i]) << 65 + i;
 }
 
-// The cone's tip 0 for source (30, 45), target (90, 45) and Wind Spread 90:
-// 45 degrees on the negative side of the wind direction, 60 from the source.
-constexpr float kTipX = 30.0f + 60.0f * 0.70710678f;
-constexpr float kTipY = 45.0f - 60.0f * 0.70710678f;
-
-class ConeInteract : public ViewerInteract {
-protected:
-    void SetUp() override {
-        ViewerInteract::SetUp();
-        use({{64, 1}});
-        set(*host, 65, 25);
-        set(*host, 66, 50);
-        set(*host, 67, 75);
-        set(*host, 68, 50);
-        set(*host, 70, 90);
-        redraw();
-    }
-    // Grabs tip 0, drags it to (x, y), lets go, and returns Wind Spread.
-    double drag_tip_to(float x, float y) {
-        interact(*host, 0.0f, kTipX, kTipY);
-        EXPECT_EQ(last_cursor(), kOverHandle);
-        interact(*host, 0.5f, kTipX, kTipY);
-        EXPECT_EQ(last_cursor(), kGrab);
+TEST_F(ViewerInteract, ConeTipDraggedSetsWindSpreadFromItsAngle) {
+    // Source (30, 45), target (90, 45), Wind Spread 90: tip 0 lies 45 degrees
+    // on the negative side of the wind direction, 60 from the source.
+    const float tip_x = 30.0f + 60.0f * 0.70710678f, tip_y = 45.0f - 60.0f * 0.70710678f;
+    const struct {
+        float x, y;
+        double spread;
+        const char* what;
+    } cases[] = {
+        {110, 45, 0, "on the wind line"},
+        {30, 80, 180, "at right angles"},
+        {0, 45, 360, "behind the source, past the control's maximum"},
+        {30, 45, 180, "on the source: a zero vector"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        show({{64, 1}, {65, 25}, {66, 50}, {67, 75}, {68, 50}, {70, 90}});
+        EXPECT_EQ(events({0.0f}, tip_x, tip_y), kOverHandle);
+        EXPECT_EQ(events({0.5f}, tip_x, tip_y), kGrab);
         const int updates = host->update_count(70);
-        interact(*host, 0.5f, x, y);
+        events({0.5f}, c.x, c.y);
         EXPECT_EQ(host->update_count(70), updates + 1);
-        const double spread = value(*host, 70);
-        interact(*host, 0.0f, x, y);
-        return spread;
+        EXPECT_EQ(value(*host, 70), c.spread);
+        events({0.0f}, c.x, c.y);
     }
-};
 
-TEST_F(ConeInteract, TipOnTheWindLineClosesTheCone) { EXPECT_EQ(drag_tip_to(110, 45), 0.0); }
-
-TEST_F(ConeInteract, TipAtRightAnglesOpensItTo180) { EXPECT_EQ(drag_tip_to(30, 80), 180.0); }
-
-TEST_F(ConeInteract, TipBehindTheSourceWrites360PastTheControlsMaximum) {
-    EXPECT_EQ(drag_tip_to(0, 45), 360.0);
-}
-
-TEST_F(ConeInteract, TipOnTheSourceGives180) { EXPECT_EQ(drag_tip_to(30, 45), 180.0); }
-
-TEST_F(ConeInteract, TipsArePutAwayWhileWindSpeedIsZeroButTheCrosshairsStillListen) {
-    set(*host, 69, 0);
-    redraw();  // nothing of the wind on screen now
-    interact(*host, 0.0f, kTipX, kTipY);
-    EXPECT_EQ(last_cursor(), kDefault);
-    interact(*host, 0.5f, kTipX, kTipY);
-    EXPECT_EQ(last_cursor(), kDefault);
-    interact(*host, 0.0f, kTipX, kTipY);
-    // The source crosshair is grabbed where it was last drawn.
-    interact(*host, 0.5f, 30, 45);
-    EXPECT_EQ(last_cursor(), kGrab);
-    interact(*host, 0.0f, 30, 45);
+    // Wind Speed 0: nothing of the wind on screen, the tips put away, but the
+    // source crosshair is grabbed where it was last drawn.
+    show({{69, 0}, {70, 90}});
+    EXPECT_EQ(events({0.0f}, tip_x, tip_y), kDefault);
+    EXPECT_EQ(events({0.5f, 0.0f}, tip_x, tip_y), kDefault);
+    EXPECT_EQ(events({0.5f}, 30, 45), kGrab);
+    events({0.0f}, 30, 45);
 }
 
 TEST_F(ViewerInteract, ClearOverlayAndViewerModeZeroIgnoreEveryEvent) {
-    use({{35, 1}});
-    redraw();
-    cursors.clear();  // the frame set the cursor back
+    show({{35, 1}});
+    cursors.clear();    // the frame set the cursor back
     set(*host, 28, 1);  // Clear Overlay
     EXPECT_EQ(interact(*host, 0.5f, 24, 72), nullptr);
     EXPECT_EQ(interact(*host, 0.7f, 60, 60), nullptr);
@@ -215,9 +163,8 @@ TEST_F(ViewerInteract, ClearOverlayAndViewerModeZeroIgnoreEveryEvent) {
     EXPECT_EQ(draws, 0);
     set(*host, 28, 0);
     // The ignored events did not change the pen state: this is a press.
-    interact(*host, 0.5f, 24, 72);
-    EXPECT_EQ(last_cursor(), kGrab);
-    interact(*host, 0.0f, 24, 72);
+    EXPECT_EQ(events({0.5f}, 24, 72), kGrab);
+    events({0.0f}, 24, 72);
 
     cursors.clear();
     draws = 0;
@@ -231,14 +178,11 @@ TEST_F(ViewerInteract, ClearOverlayAndViewerModeZeroIgnoreEveryEvent) {
 }
 
 TEST_F(ViewerInteract, OnlyWidgetsOfForcesInUseReceiveEvents) {
-    use({{78, 1}});
-    redraw();  // the attraction crosshair drawn at (96, 72)
-    use({{78, 0}});  // switched off, not redrawn
-    interact(*host, 0.0f, 96, 72);
-    EXPECT_EQ(last_cursor(), kDefault);
-    interact(*host, 0.5f, 96, 72);
-    EXPECT_EQ(last_cursor(), kDefault);
-    interact(*host, 0.0f, 96, 72);
+    show({{78, 1}});  // the attraction crosshair drawn at (96, 72)
+    set(*host, 78, 0);
+    ASSERT_NE(host->process(++frame), nullptr);  // switched off, not redrawn
+    EXPECT_EQ(events({0.0f}, 96, 72), kDefault);
+    EXPECT_EQ(events({0.5f, 0.0f}, 96, 72), kDefault);
 }
 
 }  // namespace
