@@ -1,6 +1,5 @@
-// A small hand-built scene for the renderer's unit tests: an effect object
-// with its record filled directly, images of its own, and elements placed
-// without the simulation.
+// A hand-built scene for the renderer's unit tests: the effect's record filled
+// directly, images of its own, and elements placed without the simulation.
 #pragma once
 
 #include <algorithm>
@@ -26,8 +25,6 @@ inline void fill(ImageQ7* img, std::uint16_t v) {
     std::fill(img->buffer, img->buffer + img->width * img->height, PixelQ7{v, v, v, v});
 }
 
-inline std::vector<PixelQ7> pixels(const ImageQ7* img) { return {img->buffer, img->buffer + img->width * img->height}; }
-
 inline bool same(const PixelQ7* a, const PixelQ7* b, size_t n = 1) { return std::memcmp(a, b, n * sizeof *a) == 0; }
 
 // Owns the images and maps of a frame (Med Quality, no matte, no light) and
@@ -36,23 +33,21 @@ struct Scene {
     sparkhost::Host host;
     std::unique_ptr<Paneburst> fx{new Paneburst};
     tagINFO& in = fx->info;
-    std::unique_ptr<ImageQ7> front, back, matte2, matte3, result, canvas;
+    std::unique_ptr<ImageQ7> front, back, matte3, result, canvas;
     std::vector<float> maps;
     int w, h;
-
     Scene(int width, int height, int bands = 1) : w(width), h(height) {
         host.settings.bands = DLnumProc = bands;
-        for (auto* img : {&front, &back, &matte2, &matte3, &result, &canvas}) img->reset(new ImageQ7(w, h));
+        for (auto* img : {&front, &back, &matte3, &result, &canvas}) img->reset(new ImageQ7(w, h));
         fill_pattern(front.get(), 0);
         fill_pattern(back.get(), 5);
-        fill(matte2.get(), 0), fill(matte3.get(), 32767), fill(result.get(), 0);
+        fill(matte3.get(), 32767), fill(result.get(), 0);
         std::copy(back->buffer, back->buffer + w * h, canvas->buffer);
         maps.assign(3 * static_cast<size_t>(w) * h, 0.0f);
         in.map_u = maps.data(), in.map_v = in.map_u + w * h, in.map_coverage = in.map_v + w * h;
         in.front = front.get(), in.back = back.get(), in.result = result.get(), in.lit_back = canvas.get();
-        in.matte_2d = matte2.get(), in.matte_3d = matte3.get();
-        in.width = fx->image_width = w;
-        in.height = fx->image_height = h;
+        in.matte_3d = matte3.get();
+        in.width = fx->image_width = w, in.height = fx->image_height = h;
         in.foreground_z = -192.0f, in.maximum_z = -12.0f, in.render_mode = 1, in.gloss = 1.0f;
     }
     ~Scene() { DLnumProc = 1; }

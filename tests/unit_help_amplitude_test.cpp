@@ -13,12 +13,8 @@
 
 namespace {
 
-// Sets (or, for null, unsets) an environment variable for one scope.
-struct EnvGuard {
-    std::string name;
-    EnvGuard(const char* n, const char* value) : name(n) { value ? setenv(n, value, 1) : unsetenv(n); }
-    ~EnvGuard() { unsetenv(name.c_str()); }
-};
+// Sets, or for null unsets, an environment variable.
+void set_env(const char* name, const char* value) { value ? setenv(name, value, 1) : unsetenv(name); }
 
 std::string write_file(const std::string& name, const std::string& text) {
     const std::string path = testing::TempDir() + "/" + name;
@@ -44,9 +40,10 @@ TEST(HelpCommand, RootBrowserAndPageName) {
         {"/r", "b", "manual", "b -geometry +50+50 file:/r/dl/help/manual.htm &"},
         {long_root.c_str(), "b", "x.htm", "b -geometry +50+50 file:" + long_root + "/dl/help/x.htm &"}};
     for (const auto& c : cases) {
-        EnvGuard root("DIR_7", c.root), browser("Q7_HELP_BROWSER", c.browser);
+        set_env("DIR_7", c.root), set_env("Q7_HELP_BROWSER", c.browser);
         EXPECT_EQ(help_command(c.page), c.expected) << c.page;
     }
+    set_env("DIR_7", nullptr), set_env("Q7_HELP_BROWSER", nullptr);
 }
 
 struct AmplitudeImport : testing::Test {
