@@ -1,5 +1,4 @@
-// The frame cycle end to end through the real plug-in file: loading,
-// start-up report, buffer handling, working resolution and bit depth.
+// The frame cycle through the real plug-in file: start-up report, buffers, working resolution, bit depth.
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -26,21 +25,20 @@ template <typename F> std::string stdout_of(F run) {
 // How many channel values of the frame `wrong` finds wrong.
 template <typename F> int count_values(const FrameBuffer& b, F wrong) {
     int n = 0;
-    for (int y = 0; y < b.height; ++y)
-        for (int x = 0; x < b.width; ++x)
-            for (int c = 0; c < 3; ++c) n += wrong(x, y, c);
+    for (int i = 0; i < b.width * b.height * 3; ++i) n += wrong(i / 3 % b.width, i / 3 / b.width, i % 3);
     return n;
 }
 
 // Starts the plug-in quietly, with Blend at 100 so that the result is the front.
-void quiet_start(Host& host, int width, int height, int depth_bits = 8) {
+Host& quiet_start(int width, int height, int depth_bits = 8) {
+    Host& host = plugin_host();
     stdout_of([&] { start(host, width, height, depth_bits, 1); });
     host.control(27)->set_value(100);
+    return host;
 }
 
 }  // namespace
 
-// The exported names themselves are checked on the file by check-plugin-file.sh.
 TEST(SpineStartup, EightBitReportTitlesFixedReturnsAndTwelveBitForDepths48And64Only) {
     Host& host = plugin_host();
     EXPECT_TRUE(host.clips() == 4 && host.entry.process_start() == 1);
@@ -72,10 +70,8 @@ TEST(SpineStartup, TooFewBuffersTurnsProcessingOff) {
     stdout_of([&] { start(host, 64, 48, 8, 1); });
     host.settings.free_buffers = 1;
     const std::string out = stdout_of([&] { host.initialise(); });
-    EXPECT_NE(out.find("Available buffers = 1\n" + std::string(51, '+') +
-                       "\n\nERROR: we need 2 image buffers, but we only got 1.\n... Processing will be turned off ...\n"),
-              std::string::npos)
-        << out;
+    EXPECT_NE(out.find("Available buffers = 1\n" + std::string(51, '+') + "\n\nERROR: we need 2 image buffers, " +
+                       "but we only got 1.\n... Processing will be turned off ...\n"), std::string::npos) << out;
     for (std::uint32_t f = 1; f <= 3; ++f) EXPECT_EQ(host.process(f), nullptr);
     ASSERT_EQ(host.messages.size(), 4u);  // one at start-up, one a frame
     EXPECT_EQ(host.messages[0].text + "|" + host.messages[3].text,
@@ -86,8 +82,7 @@ TEST(SpineStartup, TooFewBuffersTurnsProcessingOff) {
 }
 
 TEST(SpineFrame, TwelveBitKeepsTheResultsLowBits) {
-    Host& host = plugin_host();
-    quiet_start(host, 720, 486, 12);
+    Host& host = quiet_start(720, 486, 12);
     fill_inputs(host);
     FrameBuffer &out = host.buffer(1), &front = host.buffer(2);
     count_values(out, [&](int x, int y, int c) { return out.set(x, y, c, (x + y + c) & 15), false; });
@@ -102,8 +97,7 @@ TEST(SpineFrame, TwelveBitKeepsTheResultsLowBits) {
 // last repeats its neighbour, and the 16 frame columns past 22 x 32 repeat
 // the last image column. Popup values outside the menu are full resolution.
 TEST(SpineFrame, ReducedResolutionsReplicateTheSamples) {
-    Host& host = plugin_host();
-    quiet_start(host, 720, 486);
+    Host& host = quiet_start(720, 486);
     fill_inputs(host);
     auto source = [](int frame_index, int full, int s) {
         const int q = full / s, size = q % 2 ? q + 1 : q, samples = (full - s / 2 + s - 1) / s;
@@ -126,8 +120,7 @@ TEST(SpineFrame, ReducedResolutionsReplicateTheSamples) {
 // A missing buffer gives null without writing; a host that reports no
 // processors still gets its frame, on one band.
 TEST(SpineFrame, MissingBufferReturnsNullAndNoProcessorsRunOneBand) {
-    Host& host = plugin_host();
-    quiet_start(host, 64, 48);
+    Host& host = quiet_start(64, 48);
     fill_inputs(host, 3);
     for (int id : {1, 2, 5}) {
         host.failing_buffers = {id};

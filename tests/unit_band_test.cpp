@@ -1,13 +1,15 @@
-// The band driver: how lines are split over processors, the trampolines run
-// through the host's fork, the plain-function adapter, and random frame access.
+// The framework's band driver (the line split, the trampolines run through
+// the host's fork, the plain-function adapter), random frame access and image.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <vector>
 
 #include "framework/convert.h"
+#include "framework/image.h"
 #include "framework/plugin.h"
 #include "sparkhost/host.h"
 
@@ -26,6 +28,8 @@ struct Recorder : PluginQ7 {
 };
 
 void lib_worker(void* arg, int first, int last) { static_cast<Recorder*>(arg)->record(first, last); }
+void fill(ImageQ7& img, PixelQ7 p) { std::fill(img.buffer, img.buffer + img.width * img.height, p); }
+bool equal(PixelQ7 a, PixelQ7 b) { return a.r == b.r && a.g == b.g && a.b == b.b && a.a == b.a; }
 
 }  // namespace
 
@@ -56,8 +60,7 @@ TEST(MultiProcess, MemberAndLibraryWorkersRunEveryBandOnceThroughTheHost) {
     DLnumProc = 1;
 }
 
-// Without a temporary buffer the request is only reported; with one, the
-// frame is rounded, and track data reads the frame twice the time.
+// Without a temporary buffer a request is only reported; with one the frame is rounded; track data doubles it.
 TEST(RandomFrameAccess, ReportsWithoutTempBufferRoundsTheFrameAndTrackDataDoublesIt) {
     sparkhost::Host host;
     host.echo_messages = false;
@@ -85,8 +88,45 @@ TEST(RandomFrameAccess, ReportsWithoutTempBufferRoundsTheFrameAndTrackDataDouble
     PluginQ7 plugin;
     std::unique_ptr<float[]> data(plugin.GetTrackData(&source, 3.0));
     EXPECT_EQ(host.frame_requests.back(), 6);
-    // 8.8 fixed point from the 15-bit channels: R 0x34 -> 0x1A1A, G 0x12 -> 0x0909;
-    // (0x1A1A >> 7) | (0x0909 << 1) = 0x1236. B 0, A 32767: 0xFFFE reads as -2.
+    // 8.8 fixed point: R 0x34 -> 0x1A1A, G 0x12 -> 0x0909, (0x1A1A >> 7) | (0x0909 << 1) = 0x1236; A 0xFFFE is -2.
     EXPECT_TRUE(data[2] == 4662.0f / 256.0f && data[3] == -2.0f / 256.0f) << data[2] << " " << data[3];
     delete source.image;
+}
+
+TEST(Image, ScaleCallersBufferDeepCopiesCopyValuesInBlendAndCopyAlphaOnEveryBand) {
+    EXPECT_TRUE(ImageQ7(720, 2).scale == 1.0f && ImageQ7(1920, 2).scale == 0.375f);
+    auto* pixels = static_cast<PixelQ7*>(std::malloc(sizeof(PixelQ7) * 6));
+    pixels[5] = {1, 2, 3, 4};
+    {
+        ImageQ7 img(3, 2, 0.0f, pixels);
+        img.aspect = 2.0;
+        ImageQ7 copy(img);
+        img.at(2, 1).r = 999;
+        EXPECT_TRUE(copy.buffer != img.buffer && copy.aspect == 2.0 && equal(copy.at(2, 1), {1, 2, 3, 4}));
+    }
+    EXPECT_TRUE(equal(pixels[5], {999, 2, 3, 4}));  // still ours, still intact
+    std::free(pixels);
+
+    ImageQ7 src(3, 2), dst(3, 2), a(2, 2), b(2, 2);
+    fill(src, {20000, 3, 0, 32767});
+    const struct { float f; PixelQ7 expected; } cases[] = {
+        {1, {20000, 3, 0, 32767}}, {2, {32767, 6, 0, 32767}}, {0.5f, {10000, 1, 0, 16383}}, {-1, {0, 0, 0, 0}}};
+    for (const auto& c : cases)
+        EXPECT_TRUE(equal((dst.CopyValues(&src, c.f, c.f, c.f, c.f), dst.at(2, 1)), c.expected)) << c.f;
+
+    fill(a, {0, 100, 32767, 7});
+    fill(b, {32767, 200, 0, 7});
+    ImageQ7 keep(a);
+    a.InBlend(0.0f, &b), keep.InBlend(1.0f, &b);
+    EXPECT_TRUE(equal(a.at(1, 1), {0, 100, 32767, 7}) && equal(keep.at(1, 0), b.at(1, 0)));
+    a.InBlend(0.5f, &b);
+    EXPECT_TRUE(equal(a.at(0, 0), {16383, 150, 16383, 7}));
+
+    sparkhost::Host host;
+    host.settings.bands = 3, host.settings.threads = 2;
+    ImageQ7 c(5, 7), d(5, 7);
+    fill(c, {1, 2, 3, 4});
+    fill(d, {9, 9, 9, 1234});
+    c.CopyAlpha(&d);
+    for (long i = 0; i < 35; ++i) ASSERT_TRUE(equal(c.buffer[i], {1, 2, 3, 1234})) << i;
 }

@@ -1,5 +1,4 @@
-// The element step under the speeds and forces, the noise behind the swirl,
-// and the vector normaliser.
+// The element step under the speeds and forces, the swirl's noise, and the vector normaliser.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -39,19 +38,18 @@ TEST(Vecnorm, ThreeNewtonStepsInsteadOfARootAndTinyVectorsBecomeZero) {
     EXPECT_TRUE(vecnorm(tiny) == 0.0 && tiny[0] == 0.0f && tiny[1] == 0.0f);
 }
 
-TEST_F(Motion, SpeedsMoveTwiceInThePlaneOnceInDepthAndRotationDoesNotWrap) {
+TEST_F(Motion, SpeedsMoveTwiceInThePlaneOnceInDepthRotationDoesNotWrapGravityActsOneStepLate) {
     info.speed_x = 1.5f, info.speed_y = -2.0f, info.speed_z = 5.0f, info.rot_speed_x = 60.0f;
     step_from(100.0f, 50.0f);
     EXPECT_TRUE(p.x == 103.0f && p.y == 46.0f && p.z == -187.0f) << p.x << " " << p.y << " " << p.z;
     info.omni_z = 1;
     for (int n = 0; n < 9; ++n) step();
     EXPECT_TRUE(p.z == -97.0f && p.angle_x == 600.0f) << p.z << " " << p.angle_x;
-}
 
-TEST_F(Motion, GravityActsOneStepLate) {
+    // Gravity (Angle 270) acts one step late: on, on, then off, the stored pull still acts once more.
+    info.speed_x = info.speed_y = 0.0f;
     step_from(100.0f, 100.0f);  // rebuilt with gravity off
-    info.gravity = 1.0f, info.gravity_cos = 0.0f, info.gravity_sin = -1.0f;  // Gravity Angle 270
-    // On, on, then off: the stored pull still acts once more.
+    info.gravity = 1.0f, info.gravity_cos = 0.0f, info.gravity_sin = -1.0f;
     const struct { int use; float dy; } steps[] = {{1, 0.0f}, {1, -1.0f}, {0, -1.0f}, {0, 0.0f}};
     for (const auto& s : steps) {
         info.use_gravity = s.use;
@@ -88,31 +86,29 @@ TEST_F(Motion, WindPushesInsideTheConeOnly) {
     }
 }
 
-TEST_F(Motion, SwirlIsMagnitudeTimesTheSeededNoiseAndOffAtDensityOneHundredth) {
+// The swirl's x part is magnitude x noise at (density x / W, density y / H,
+// density frame / 25); y samples elsewhere; a density of 0.01 or less is off.
+TEST_F(Motion, SwirlFollowsTheNoiseWhoseLatticeHashZerosAndCentreWeightsAreFixed) {
     info.use_swirl = 1, info.frame = 7, info.swirl_density = 6.0f, info.swirl_magnitude = 2.0f;
     fx->gradientTabInit(-200);
+    float* g = &fx->gradient_table[0][0];
     step_from(333.0f, 222.0f);
-    // The x part samples the noise at (density x / W, density y / H, density frame / 25).
-    const float nx = fx->gnoise(&fx->gradient_table[0][0], 6 * 333.0f / 720, 6 * 222.0f / 486, 6 * 7.0f / 25);
-    EXPECT_TRUE(nx != 0.0f && std::fabs(p.vel_x - 2 * nx) < 1e-6 && p.vel_y != p.vel_x);  // y samples elsewhere
+    const float nx = fx->gnoise(g, 6 * 333.0f / 720, 6 * 222.0f / 486, 6 * 7.0f / 25);
+    EXPECT_TRUE(nx != 0.0f && std::fabs(p.vel_x - 2 * nx) < 1e-6 && p.vel_y != p.vel_x) << nx << " " << p.vel_x;
     info.swirl_density = 0.01f;
     step_from(333.0f, 222.0f);
     EXPECT_TRUE(p.vel_x == 0.0f && p.vel_y == 0.0f);
-}
 
-TEST_F(Motion, NoiseLatticeHashZeroOnTheLatticeAndEqualWeightsAtTheCentre) {
-    // A table whose entry k is (k, 0, 0) makes glattice return the index:
-    // perm[0] = 225, perm[225] = 79, perm[79] = 218; -1 wraps to 255:
-    // perm[(255 + 79) mod 256] = perm[78] = 239; 256 wraps to 0 everywhere.
+    for (float x : {0.0f, 3.0f, -2.0f, 17.0f}) EXPECT_EQ(fx->gnoise(g, x, -5.0f, 4.0f), 0.0f) << x;  // on the lattice
+    double sum = 0.0;  // at the cell centre every corner weighs 1/8
+    for (int i = 0; i < 8; ++i)
+        sum += fx->glattice(g, i & 1, i >> 1 & 1, i >> 2, 0.5f - (i & 1), 0.5f - (i >> 1 & 1), 0.5f - (i >> 2));
+    EXPECT_NEAR(fx->gnoise(g, 0.5f, 0.5f, 0.5f), sum / 8.0, 1e-6);
+    EXPECT_NEAR(fx->gnoise(g, -1.0f - 1e-6f, 0.3f, 0.7f), fx->gnoise(g, -0.999999f, 0.3f, 0.7f), 1e-5);  // floor
+    // A table whose entry k is (k, 0, 0) makes glattice return the index: perm[0] = 225,
+    // perm[225] = 79, perm[79] = 218; -1 wraps to 255: perm[(255 + 79) mod 256] = perm[78] = 239.
     float table[256][3] = {};
     for (int k = 0; k < 256; ++k) table[k][0] = static_cast<float>(k);
     const struct { int ix, iy, iz; float index; } cases[] = {{0, 0, 0, 218}, {-1, 0, 0, 239}, {256, -256, 512, 218}};
     for (const auto& c : cases) EXPECT_EQ(fx->glattice(&table[0][0], c.ix, c.iy, c.iz, 1, 0, 0), c.index) << c.ix;
-    fx->gradientTabInit(-200);
-    float* g = &fx->gradient_table[0][0];
-    for (float x : {0.0f, 3.0f, -2.0f, 17.0f}) EXPECT_EQ(fx->gnoise(g, x, -5.0f, 4.0f), 0.0f) << x;
-    double sum = 0.0;
-    for (int i = 0; i < 8; ++i) sum += fx->glattice(g, i & 1, i >> 1 & 1, i >> 2, 0.5f - (i & 1), 0.5f - (i >> 1 & 1), 0.5f - (i >> 2));
-    EXPECT_NEAR(fx->gnoise(g, 0.5f, 0.5f, 0.5f), sum / 8.0, 1e-6);
-    EXPECT_NEAR(fx->gnoise(g, -1.0f - 1e-6f, 0.3f, 0.7f), fx->gnoise(g, -0.999999f, 0.3f, 0.7f), 1e-5);  // floor
 }
