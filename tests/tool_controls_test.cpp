@@ -1,6 +1,5 @@
-// Controls from the command line: by title or number with the host's
-// clamping, key files animating them, setups saved and reloaded; and a shot
-// rendered in chunks, as a render farm splits it.
+// Controls from the command line: key files animating them, setups saved and
+// reloaded; and a shot rendered in chunks, as a render farm splits it.
 #include <gtest/gtest.h>
 
 #include "tests/tool_support.h"
@@ -35,18 +34,6 @@ void expect_same_files(const TempDir& dir, const std::string& a, const std::stri
 }
 
 }  // namespace
-
-// Titles in any case, popup entries by title, checkbox words, numbers; values
-// outside the range are clamped with a warning.
-TEST_F(ToolControls, SetByTitleOrNumberClampsWithAWarning) {
-    const ToolRun r = dir.render({"--front", "front.png", "--set", "blend=250", "--set", "Resolution=1/2", "--set",
-                                  "Use Wind=on", "--set", "X Elements=1000", "--set", "15=6", "--out", "o.png", "-q"});
-    ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_NE(r.err.find("warning: --set \"blend=250\": \"Blend\" 250 is outside 0 ... 100, using 100"),
-              std::string::npos)
-        << r.err;
-    expect_picture8(dir.path("o.png"), half_resolution(front));
-}
 
 TEST_F(ToolControls, KeysAnimateAControlFrameByFrame) {
     // Resolution FULL up to frame 2, 1/2 from frame 3 on (held after the last key).
