@@ -39,8 +39,7 @@ protected:
     }
     int last_cursor() const { return cursors.empty() ? 0 : cursors.back(); }
     std::vector<int> updates_since(std::size_t start) const {
-        const auto& log = host->update_log();
-        return std::vector<int>(log.begin() + static_cast<long>(start), log.end());
+        return std::vector<int>(host->update_log().begin() + static_cast<long>(start), host->update_log().end());
     }
     sparkhost::Host* host = nullptr;
     std::vector<int> cursors;
@@ -122,11 +121,7 @@ TEST_F(ViewerInteract, ConeTipDraggedSetsWindSpreadFromItsAngle) {
     // Source (30, 45), target (90, 45), Wind Spread 90: tip 0 lies 45 degrees
     // on the negative side of the wind direction, 60 from the source.
     const float tip_x = 30.0f + 60.0f * 0.70710678f, tip_y = 45.0f - 60.0f * 0.70710678f;
-    const struct {
-        float x, y;
-        double spread;
-        const char* what;
-    } cases[] = {
+    const struct { float x, y; double spread; const char* what; } cases[] = {
         {110, 45, 0, "on the wind line"},
         {30, 80, 180, "at right angles"},
         {0, 45, 360, "behind the source, past the control's maximum"},

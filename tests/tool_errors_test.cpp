@@ -37,11 +37,7 @@ TEST_F(ToolErrors, EachBadInputGivesOneLineAndItsStatusAndWritesNothing) {
     write_text(dir.path("keys2.txt"), "Blend = 100\n");
     write_text(dir.path("o.2.png"), "an earlier render");
     const std::vector<std::string> before = dir.files();
-    const struct {
-        std::vector<std::string> args;
-        int status;
-        std::string message;
-    } cases[] = {
+    const struct { std::vector<std::string> args; int status; std::string message; } cases[] = {
         {{"--frobnicate"}, 2, "--frobnicate"},
         {{"--front", "shot.1.png"}, 2, "nothing to write"},
         {{"--front", "shot.1.png", "--set", "Blnd=10", "--out", "o.png"}, 2,

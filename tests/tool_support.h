@@ -3,14 +3,13 @@
 #pragma once
 
 #include <OpenImageIO/imageio.h>
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -46,12 +45,9 @@ public:
         char name[] = "/tmp/paneburst-tool-XXXXXX";
         const char* made = mkdtemp(name);
         EXPECT_NE(made, nullptr);
-        dir_ = made ? made : "/tmp";
+        dir_ = made ? made : "/tmp/paneburst-tool-failed";
     }
-    ~TempDir() {
-        if (dir_.rfind("/tmp/paneburst-tool-", 0) == 0 && std::system(("rm -rf " + quote(dir_)).c_str()) != 0)
-            std::fprintf(stderr, "could not remove %s\n", dir_.c_str());
-    }
+    ~TempDir() { std::filesystem::remove_all(dir_); }
     std::string path(const std::string& name) const { return dir_ + "/" + name; }
     // Runs paneburst-render with these arguments, the folder as working directory.
     ToolRun render(const std::vector<std::string>& args) const {
@@ -60,18 +56,14 @@ public:
         cmd += " >" + quote(path(".stdout")) + " 2>" + quote(path(".stderr")) + " </dev/null";
         const int raw = std::system(cmd.c_str());
         ToolRun r{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, file_bytes(path(".stdout")), file_bytes(path(".stderr"))};
-        std::remove(path(".stdout").c_str());
-        std::remove(path(".stderr").c_str());
+        for (const char* f : {".stdout", ".stderr"}) std::remove(path(f).c_str());
         return r;
     }
     // Names of the files in the folder (or a subfolder), sorted.
     std::vector<std::string> files(const std::string& sub = "") const {
         std::vector<std::string> names;
-        if (DIR* d = opendir((sub.empty() ? dir_ : path(sub)).c_str())) {
-            while (dirent* e = readdir(d))
-                if (std::string(e->d_name) != "." && std::string(e->d_name) != "..") names.push_back(e->d_name);
-            closedir(d);
-        }
+        std::error_code missing;  // no folder: no names
+        for (const auto& e : std::filesystem::directory_iterator(path(sub), missing)) names.push_back(e.path().filename());
         std::sort(names.begin(), names.end());
         return names;
     }
@@ -81,10 +73,10 @@ private:
 };
 
 // Pixels as OpenImageIO reads them back: integer formats as 16 bits, float
-// files as floats.
+// files as floats; the format ("uint8", "uint16", "float") and bits per sample.
 struct Picture {
-    std::string format;  // "uint8", "uint16", "float"
-    int bits = 0;        // oiio:BitsPerSample
+    std::string format;
+    int bits = 0;
     std::vector<std::uint16_t> ints;
     std::vector<float> floats;
 };
