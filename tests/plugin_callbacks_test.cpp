@@ -1,6 +1,5 @@
 // The control callbacks through the loaded plug-in, called as the host calls
-// them: Auto Preview and the viewer redraw, the common controls' copies, page
-// resets, disabled controls, restart, the light colour pair, Blend and Help.
+// them, with the viewer redraws and frames they cause.
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>

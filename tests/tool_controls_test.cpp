@@ -1,5 +1,4 @@
-// Controls from the command line: key files animating them, setups saved and
-// reloaded; and a shot rendered in chunks, as a render farm splits it.
+// Key files, setups saved and reloaded, and a shot rendered in chunks.
 #include <gtest/gtest.h>
 
 #include "tests/tool_support.h"

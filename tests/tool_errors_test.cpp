@@ -1,6 +1,5 @@
 // Bad input: one line naming the file, frame or control; exit status 2 for a
-// usage error, 1 for a failure; no partial output file, and the frames
-// written before the failure left intact.
+// usage error, 1 for a failure; the frames before a failure left intact.
 #include <gtest/gtest.h>
 
 #include "tests/tool_support.h"

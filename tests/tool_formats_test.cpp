@@ -36,21 +36,6 @@ TEST(ToolFormats, Png8BitSequenceComesBackUnchangedAtBlend100) {
     for (int f = 1; f <= 2; ++f) expect_picture8(dir.path("out/res.000" + std::to_string(f) + ".png"), pattern8(24, 10, f));
 }
 
-TEST(ToolFormats, Tiff16BitRendersIn12BitsAndWrites16) {
-    TempDir dir;
-    std::vector<std::uint16_t> px = ramp16(16 * 8 * 3, 517);
-    px[0] = 0, px[1] = 65535;
-    px[2] = 8;  // 8 * 4095 / 65535 = 0.4999: rounds to 0
-    px[3] = 9;  // 0.56: rounds to 1
-    write_picture(dir.path("front.tif"), 16, 8, 3, "uint16", px.data());
-    const ToolRun r = dir.render({"--front", "front.tif", "--blend", "100", "--out", "res.tif", "-q"});
-    ASSERT_EQ(r.status, 0) << r.err;
-    const Picture p = read_picture(dir.path("res.tif"));
-    EXPECT_EQ(p.format, "uint16");
-    ASSERT_EQ(p.ints.size(), px.size());
-    for (std::size_t i = 0; i < px.size(); ++i) ASSERT_EQ(p.ints[i], through12(px[i])) << i;
-}
-
 TEST(ToolFormats, ExrFloatIsClippedOnceAndWrittenAsExactRatios) {
     TempDir dir;
     const std::vector<float> px = {-0.5f, 0.0f, 1.0f, 1.5f, 0.5f, 0.25f, 1e-4f, 0.9999f, 0.1f, 0.3f, 0.7f, 0.6f,
@@ -59,7 +44,7 @@ TEST(ToolFormats, ExrFloatIsClippedOnceAndWrittenAsExactRatios) {
     const ToolRun r =
         dir.render({"--front", "front.exr", "--frames", "1-3", "--blend", "100", "--out", "res.%04d.exr", "-q"});
     ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(count(r.err, "clipped"), 1) << r.err;
+    EXPECT_TRUE(r.err.find("clipped") != std::string::npos && r.err.find("clipped") == r.err.rfind("clipped")) << r.err;
     EXPECT_NE(r.err.find("front.exr"), std::string::npos) << r.err;
     const Picture p = read_picture(dir.path("res.0003.exr"));
     EXPECT_EQ(p.format, "float");
@@ -70,19 +55,29 @@ TEST(ToolFormats, ExrFloatIsClippedOnceAndWrittenAsExactRatios) {
     }
 }
 
-TEST(ToolFormats, Dpx10BitInRendersIn12BitsAndWritesDpx12) {
-    TempDir dir;
-    const std::vector<std::uint16_t> px = ramp16(8 * 4 * 3, 2731);
-    write_picture(dir.path("plate.0007.dpx"), 8, 4, 3, "uint16", px.data(), 10);
-    const Picture in = read_picture(dir.path("plate.0007.dpx"));
-    ASSERT_EQ(in.bits, 10);
-    const ToolRun r =
-        dir.render({"--front", "plate.####.dpx", "--frames", "7", "--blend", "100", "--out", "res.####.dpx", "-q"});
-    ASSERT_EQ(r.status, 0) << r.err;
-    const Picture p = read_picture(dir.path("res.0007.dpx"));
-    EXPECT_EQ(p.bits, 12);
-    ASSERT_EQ(p.ints.size(), in.ints.size());
-    for (std::size_t i = 0; i < in.ints.size(); ++i) ASSERT_EQ(p.ints[i], through12(in.ints[i])) << i;
+// 16-bit TIFF and 10-bit DPX render in 12 bits (rounded) and come out as
+// 16-bit TIFF and 12-bit DPX.
+TEST(ToolFormats, TiffAndDpxRenderIn12Bits) {
+    std::vector<std::uint16_t> tiff = ramp16(16 * 8 * 3, 517);
+    tiff[0] = 0, tiff[1] = 65535;
+    tiff[2] = 8;  // 8 * 4095 / 65535 = 0.4999: rounds to 0
+    tiff[3] = 9;  // 0.56: rounds to 1
+    const struct { const char *in, *out; int w, h; std::vector<std::uint16_t> px; int bits_in, bits_out; } cases[] = {
+        {"front.tif", "res.tif", 16, 8, tiff, 0, 16},
+        {"plate.0007.dpx", "res.0007.dpx", 8, 4, ramp16(8 * 4 * 3, 2731), 10, 12}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.in);
+        TempDir dir;
+        write_picture(dir.path(c.in), c.w, c.h, 3, "uint16", c.px.data(), c.bits_in);
+        const Picture in = read_picture(dir.path(c.in));  // as the file holds them (10 bits for the DPX)
+        ASSERT_EQ(in.bits, c.bits_in ? c.bits_in : 16);
+        const ToolRun r = dir.render({"--front", c.in, "--frames", "7", "--blend", "100", "--out", c.out, "-q"});
+        ASSERT_EQ(r.status, 0) << r.err;
+        const Picture p = read_picture(dir.path(c.out));
+        EXPECT_EQ(p.bits, c.bits_out);
+        ASSERT_EQ(p.ints.size(), in.ints.size());
+        for (std::size_t i = 0; i < in.ints.size(); ++i) ASSERT_EQ(p.ints[i], through12(in.ints[i])) << i;
+    }
 }
 
 TEST(ToolFormats, MattesOfOneChannelAndAStillBackAreAccepted) {
