@@ -15,10 +15,7 @@ using glrec::Segment;
 
 class OverlayDrawing : public ::testing::Test {
 protected:
-    void SetUp() override {
-        glrec::reset();
-        overlay.width = 200, overlay.height = 100, overlay.zoom = 1.0f;
-    }
+    void SetUp() override { glrec::reset(), overlay.width = 200, overlay.height = 100, overlay.zoom = 1.0f; }
     void TearDown() override { EXPECT_EQ(glrec::recording().errors, 0) << "unbalanced glBegin/glEnd"; }
     static std::vector<Segment> segments() { return glrec::recording().segments(); }
     OverlayQ7 overlay;

@@ -23,8 +23,7 @@ protected:
         host->on_viewing_draw = [this] { ++draws; };
         set(*host, 34, 0);  // Auto Preview off unless a test wants it
     }
-    // Sets controls, processes a frame (it caches the checkboxes the overlay
-    // reads) and redraws the overlay, which places the widgets.
+    // Sets controls, processes a frame (caching the checkboxes) and redraws the overlay, placing the widgets.
     void show(std::initializer_list<std::pair<int, double>> controls) {
         for (const auto& c : controls) set(*host, c.first, c.second);
         ASSERT_NE(host->process(++frame), nullptr);
@@ -89,14 +88,6 @@ TEST_F(ViewerInteract, CrosshairDraggedPastTheRangeStopsExactlyAtItsEdge) {
     events({0.5f, 0.0f}, 120 * 7, -90 * 6);  // 700 %, -600 %: range -500 ... 500
     EXPECT_EQ(value(*host, 79), 500.0);
     EXPECT_EQ(value(*host, 80), -500.0);
-}
-
-TEST_F(ViewerInteract, OnlyWidgetsOfForcesInUseReceiveEvents) {
-    show({{78, 1}});  // the attraction crosshair drawn at (96, 72)
-    set(*host, 78, 0);
-    ASSERT_NE(host->process(++frame), nullptr);  // switched off, not redrawn
-    EXPECT_EQ(events({0.0f}, 96, 72), kDefault);
-    EXPECT_EQ(events({0.5f, 0.0f}, 96, 72), kDefault);
 }
 
 TEST_F(ViewerInteract, WindLineDraggedByItsMidpointKeepsItsLength) {

@@ -33,7 +33,7 @@ TEST(ToolFormats, Png8BitSequenceComesBackUnchangedAtBlend100) {
         {"--front", "shot.%03d.png", "--frames", "1-2", "--blend", "100", "--out", "out/res.####.png", "-q"});
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(read_picture(dir.path("out/res.0002.png")).format, "uint8");
-    for (int f = 1; f <= 2; ++f) expect_picture8(dir.path("out/res.000" + std::to_string(f) + ".png"), pattern8(24, 10, f));
+    for (int f : {1, 2}) expect_picture8(dir.path("out/res.000" + std::to_string(f) + ".png"), pattern8(24, 10, f));
 }
 
 TEST(ToolFormats, ExrFloatIsClippedOnceAndWrittenAsExactRatios) {

@@ -19,10 +19,7 @@
 
 namespace tool_support {
 
-struct ToolRun {
-    int status = -1;
-    std::string out, err;
-};
+struct ToolRun { int status = -1; std::string out, err; };
 
 inline std::string quote(const std::string& s) {
     std::string q = "'";
@@ -31,9 +28,7 @@ inline std::string quote(const std::string& s) {
 }
 
 inline std::string file_bytes(const std::string& path) {
-    std::ostringstream s;
-    s << std::ifstream(path, std::ios::binary).rdbuf();
-    return s.str();
+    return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
 
 inline void write_text(const std::string& path, const std::string& text) { std::ofstream(path) << text; }
@@ -62,8 +57,8 @@ public:
     // Names of the files in the folder (or a subfolder), sorted.
     std::vector<std::string> files(const std::string& sub = "") const {
         std::vector<std::string> names;
-        std::error_code missing;  // no folder: no names
-        for (const auto& e : std::filesystem::directory_iterator(path(sub), missing)) names.push_back(e.path().filename());
+        std::error_code ec;  // no folder: no names
+        for (const auto& e : std::filesystem::directory_iterator(path(sub), ec)) names.push_back(e.path().filename());
         std::sort(names.begin(), names.end());
         return names;
     }
@@ -74,12 +69,7 @@ private:
 
 // Pixels as OpenImageIO reads them back: integer formats as 16 bits, float
 // files as floats; the format ("uint8", "uint16", "float") and bits per sample.
-struct Picture {
-    std::string format;
-    int bits = 0;
-    std::vector<std::uint16_t> ints;
-    std::vector<float> floats;
-};
+struct Picture { std::string format; int bits = 0; std::vector<std::uint16_t> ints; std::vector<float> floats; };
 
 // Writes pixels of `type` ("uint8", "uint16", "float") with `channels` channels.
 inline void write_picture(const std::string& path, int width, int height, int channels, const std::string& type,
@@ -123,13 +113,6 @@ inline std::vector<std::uint8_t> pattern8(int width, int height, int frame) {
     for (std::size_t i = 0; i < px.size(); ++i)
         px[i] = static_cast<std::uint8_t>((i / 3 % width * 37 + i / 3 / width * 11 + i % 3 * 85 + frame * 29) % 256);
     return px;
-}
-
-// The number of times `needle` occurs in `text`.
-inline int count(const std::string& text, const std::string& needle) {
-    int n = 0;
-    for (auto pos = text.find(needle); pos != std::string::npos; pos = text.find(needle, pos + needle.size())) ++n;
-    return n;
 }
 
 }  // namespace tool_support
