@@ -50,3 +50,16 @@ TEST(Presets, EachPresetChosenTwiceReplaysTheSameElements) {
         EXPECT_NE(first.front(), first.back());  // the preset does move the elements
     }
 }
+
+TEST(Presets, VenetianVWritesItsValuesAndSwitchesTheForcesOff) {
+    Host& host = begin(96, 64);
+    for (int force : {64, 71, 75, 78, 82}) set(host, force, 1);
+    set(host, 69, 33);  // no preset touches Wind Speed
+    set(host, 19, 2);
+    host.call_callback(19);
+    for (auto expected : std::vector<std::pair<int, double>>{{6, 10}, {7, 1}, {21, 4}, {26, 9999}, {30, kMed}})
+        EXPECT_EQ(host.control(expected.first)->value(), expected.second) << expected.first;
+    for (int force : {64, 71, 75, 78, 82}) EXPECT_EQ(host.control(force)->value(), 0) << force;
+    EXPECT_EQ(host.control(69)->value(), 33);
+    EXPECT_EQ(effect(host).restart, 1);
+}

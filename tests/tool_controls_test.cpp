@@ -71,3 +71,15 @@ TEST_F(ToolControls, ChunkFilesAreByteIdenticalToTheFullRender) {
     ASSERT_EQ(render({"--frames", "4-8", "--shot-start", "1", "--threads", "3", "--out", "chunks/f.%04d.png"}), 0);
     expect_same_files(dir, "full", "chunks", 8);
 }
+
+// The built-in test card with a preset, a control by title clamped to its
+// range as the host's slider would, and a contact sheet beside the frames.
+TEST_F(ToolControls, PresetAndTitledControlOnTheTestCardWithAContactSheet) {
+    const ToolRun r = dir.render({"--size", "96x64", "--preset", "venetianv", "--set", "Z Speed=500", "--frames",
+                                  "1-3", "--out", "card.%04d.png", "--contact-sheet", "sheet.png"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.err.find("Z Speed"), std::string::npos) << r.err;  // the clamp warning names the control
+    EXPECT_NE(r.err.find("100"), std::string::npos) << r.err;      // and the range edge it took
+    for (const char* name : {"card.0001.png", "card.0002.png", "card.0003.png", "sheet.png"})
+        EXPECT_FALSE(file_bytes(dir.path(name)).empty()) << name;
+}
