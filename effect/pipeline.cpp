@@ -7,9 +7,9 @@
 
 #include "effect/grid.h"
 #include "effect/paneburst.h"
+#include "framework/angles.h"
 
 namespace {
-constexpr double kDegToRad = 0.017453292522222223;
 
 long checkbox(CheckboxControlQ7& c) {
     long v = 0;
@@ -53,8 +53,8 @@ void Paneburst::fill_info() {
     in->gravity = static_cast<float>(number(gravity_ctl) / s);
     double gravity_angle = 0;
     gravity_angle_ctl.GetValue(-1.0, gravity_angle);
-    in->gravity_cos = static_cast<float>(std::cos(gravity_angle * kDegToRad));
-    in->gravity_sin = static_cast<float>(std::sin(gravity_angle * kDegToRad));
+    in->gravity_cos = static_cast<float>(std::cos(gravity_angle * kDegreesToRadians));
+    in->gravity_sin = static_cast<float>(std::sin(gravity_angle * kDegreesToRadians));
     in->swirl_density = static_cast<float>(number(swirl_density_ctl));
     in->swirl_magnitude = static_cast<float>(number(swirl_magnitude_ctl) / s);
     in->use_light = static_cast<std::int32_t>(checkbox(use_light_ctl));

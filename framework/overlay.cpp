@@ -6,11 +6,11 @@
 
 #include <cmath>
 
+#include "framework/angles.h"
 #include "framework/overlay_widgets.h"
 
 namespace {
 
-constexpr float kDegreesToRadians = 0.017453292522222223f;
 constexpr float kPi = 3.14159265358979323846f;
 
 // Screen-pixel sizes, divided by the zoom before use.
@@ -85,11 +85,11 @@ void OverlayQ7::DrawEllipse(float cx, float cy, float w, float h, float rotation
     const float b = h / 2.0f;
     float step = 360.0f / (kPi * w / static_cast<float>(segment));
     if (step > 36.0f) step = 36.0f;
-    const float r = rotation * kDegreesToRadians;
+    const float r = rotation * kDegreesToRadiansF;
     const float cos_r = std::cos(r);
     const float sin_r = std::sin(r);
     auto point_at = [&](float degrees, float& X, float& Y) {
-        const float t = degrees * kDegreesToRadians;
+        const float t = degrees * kDegreesToRadiansF;
         const float px = a * std::cos(t);
         const float py = b * std::sin(t);
         X = cx + px * cos_r - py * sin_r;

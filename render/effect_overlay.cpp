@@ -6,10 +6,9 @@
 #include <initializer_list>
 
 #include "effect/paneburst.h"
+#include "framework/angles.h"
 
 namespace {
-
-constexpr double kDegreesToRadians = 0.017453292522222223;
 
 // The side view's depth axis: 0 at x = 0, -4000 at the overlay's width.
 constexpr float kSideAxisY = -40.0f;

@@ -14,10 +14,9 @@
 
 #include <cmath>
 
-namespace render {
+#include "framework/angles.h"
 
-// 3.141592654 / 180, slightly above pi / 180; part of the effect's look.
-constexpr double kDegreesToRadians = 0.017453292522222223;
+namespace render {
 
 // Matrices are column-major: element (row r, column c) at index 4c + r.
 inline void set_identity(float* m) {

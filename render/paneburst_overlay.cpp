@@ -4,10 +4,7 @@
 #include <cmath>
 
 #include "effect/vecnorm.h"
-
-namespace {
-constexpr double kDegreesToRadians = 0.017453292522222223;
-}
+#include "framework/angles.h"
 
 bool PaneburstOverlayQ7::tip_is_under(int i, float x, float y, float tol) const {
     return x - tol < tip_x[i] && tip_x[i] < x + tol && y - tol < tip_y[i] && tip_y[i] < y + tol;
