@@ -4,7 +4,7 @@
 #pragma once
 
 #include "framework/control.h"
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 // The host keeps a checkbox as an int of which the framework reads and
 // writes only the low byte.

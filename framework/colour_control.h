@@ -10,7 +10,7 @@
 
 #include "framework/control.h"
 #include "framework/image.h"
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 class ColourControlQ7 : public ControlQ7 {
 public:

@@ -1,6 +1,6 @@
 #include "framework/control.h"
 
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 void ControlQ7::show_control(int control, bool hide) {
     if (hide)

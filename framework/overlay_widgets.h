@@ -12,7 +12,7 @@
 #pragma once
 
 #include "framework/overlay.h"
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 // Where a widget's handle sits before it is first drawn: far outside any
 // image, so that no pointer event can grab a handle nobody has seen.

@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "framework/convert.h"
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 Band band_of(long k, long lines, long processors) {
     const long per = lines / processors;

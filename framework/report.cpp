@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <thread>
 
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 void message_pause(unsigned seconds) {
     double factor = 1.0;

@@ -6,7 +6,7 @@
 #pragma once
 
 #include "framework/control.h"
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 class IntegerControlQ7 : public ControlQ7 {
 public:

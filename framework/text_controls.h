@@ -4,7 +4,7 @@
 #pragma once
 
 #include "framework/control.h"
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 // A text field (SparkStringN); the cached value is a copy of its text.
 class TextControlQ7 : public ControlQ7 {

@@ -1,7 +1,7 @@
 // Import of an amplitude key file into the user channel of control 93.
 #pragma once
 
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 extern "C" {
 // Callback of the "Import Amplitude File" button: opens the host's file

@@ -10,7 +10,7 @@
 //   host/amplitude_import.cpp  the amplitude import
 #pragma once
 
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 #define PANEBURST_CALLBACK(name) unsigned long* name(int argument, HostFrameRecord record)
 

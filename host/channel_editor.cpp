@@ -1,6 +1,6 @@
 #include "host/channel_editor.h"
 
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 #include "host/spark_export.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "framework/control.h"
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 extern "C" {
 // Input names.

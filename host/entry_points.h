@@ -3,7 +3,7 @@
 // call runs a whole frame cycle before it returns.
 #pragma once
 
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 extern "C" {
 unsigned long* SparkProcess(HostFrameRecord info);

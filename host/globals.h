@@ -1,7 +1,7 @@
 // Process-wide state of the host interface.
 #pragma once
 
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 extern "C" {
 extern int DLwidth;

@@ -2,7 +2,7 @@
 
 #include "host/callbacks.h"
 #include "host/help.h"
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 #include "host/spark_export.h"
 
 void open_help(int (*display)(const char* topic)) {

@@ -8,7 +8,7 @@
 
 #include <cstdint>
 
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 // True when the record describes 12-bit buffers.
 bool record_is_deep(const HostFrameRecord& record);

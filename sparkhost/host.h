@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "host/spark_abi.h"
+#include "abi/spark_abi.h"
 
 namespace sparkhost {
 
