@@ -20,17 +20,12 @@ die() { echo "slurm-local: $*" >&2; exit "${2:-1}"; }
 # with PANEBURST_SLURM_CLUSTER naming the folder) and the jobs' programs (their
 # job id with this cluster's slurm.conf). Nothing else is touched.
 cluster_pids() {
-  local env pid vars
-  for env in /proc/[0-9]*/environ; do
-    pid=${env#/proc/}; pid=${pid%/environ}
-    [ "$pid" = "$$" ] && continue
-    vars=$({ tr "\\0" "\\n" <"$env"; } 2>/dev/null) || continue
-    if grep -qxF "PANEBURST_SLURM_CLUSTER=$1" <<<"$vars" ||
-       { grep -qxF "SLURM_CONF=$1/slurm.conf" <<<"$vars" && grep -q "^SLURM_JOB_ID=" <<<"$vars"; }; then
-      echo "$pid"
-    fi
-  done
-  return 0
+  local files
+  files=$(grep -lzxF "SLURM_CONF=$1/slurm.conf" /proc/[0-9]*/environ 2>/dev/null || true)
+  {
+    grep -lzxF "PANEBURST_SLURM_CLUSTER=$1" /proc/[0-9]*/environ 2>/dev/null || true
+    [ -z "$files" ] || grep -lz "^SLURM_JOB_ID=" $files 2>/dev/null || true
+  } | sed -n 's#^/proc/\([0-9]*\)/environ$#\1#p' | grep -vx "$$" || true
 }
 
 # A TCP port nobody listens on, from a range away from the usual services.
