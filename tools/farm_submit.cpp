@@ -129,9 +129,10 @@ Status check_controls(const std::string& render, const std::string& plugin, cons
     return usage_error(why.empty() ? render + " failed to start" : why);
 }
 
+// Quoted for the shell, one option with its value a line.
 std::string join_quoted(const std::vector<std::string>& args) {
     std::string text;
-    for (const std::string& a : args) text += " " + shell_quote(a);
+    for (const std::string& a : args) text += (a.rfind("--", 0) == 0 ? " \\\n    " : " ") + shell_quote(a);
     return text;
 }
 
@@ -162,8 +163,8 @@ Scripts job_scripts(const FarmShot& shot, const FarmOptions& f, const std::strin
       << "echo \"paneburst-farm: chunk $chunk, frames $first-$last, on $(hostname -s) with $threads threads\"\n"
       // --overwrite: a requeued or resubmitted task redoes its frames.
       << recorded_command(shot.file("chunks/$chunk"), "${SLURM_ARRAY_JOB_ID}_$chunk",
-                          shell_quote(render) + join_quoted(f.render_args) + " --plugin " + shell_quote(plugin) +
-                              " --frames \"$first-$last\" --shot-start " + std::to_string(shot.shot_start) +
+                          shell_quote(render) + join_quoted(f.render_args) + join_quoted({"--plugin", plugin}) +
+                              " \\\n    --frames \"$first-$last\" --shot-start " + std::to_string(shot.shot_start) +
                               " --bands " + std::to_string(bands) + " --threads \"$threads\" --overwrite");
     s.render = r.str();
     std::ostringstream fin;
