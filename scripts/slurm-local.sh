@@ -59,7 +59,8 @@ start() {
   else head -c 1024 /dev/urandom >"$dir/munge/munge.key"; fi
   chmod 600 "$dir/munge/munge.key"
   export PANEBURST_SLURM_CLUSTER="$dir"
-  munged --force --key-file="$dir/munge/munge.key" --socket="$dir/munge/munge.socket" \
+  # The origin is given, so the host name need not resolve.
+  munged --force --origin=127.0.0.1 --key-file="$dir/munge/munge.key" --socket="$dir/munge/munge.socket" \
     --pid-file="$dir/munge/munged.pid" --log-file="$dir/munge/munged.log" --seed-file="$dir/munge/munged.seed"
 
   # The node as it is: its name, every CPU and its memory (less a margin).
