@@ -27,7 +27,10 @@ std::map<std::string, QueuedJob> queued_jobs() {
     for (std::string line; std::getline(lines, line);) {
         const auto bar1 = line.find('|'), bar2 = line.find('|', bar1 + 1);
         if (bar2 == std::string::npos) continue;
-        jobs[line.substr(0, bar1)] = {line.substr(bar1 + 1, bar2 - bar1 - 1), line.substr(bar2 + 1)};
+        // %R: the node of a running job, "(Reason)" of a pending one.
+        std::string where = line.substr(bar2 + 1);
+        if (where.size() > 2 && where.front() == '(' && where.back() == ')') where = where.substr(1, where.size() - 2);
+        jobs[line.substr(0, bar1)] = {line.substr(bar1 + 1, bar2 - bar1 - 1), where};
     }
     return jobs;
 }
