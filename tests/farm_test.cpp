@@ -169,6 +169,26 @@ TEST_F(FarmThroughSlurm, FailedChunkShowsItsErrorAndResubmitCompletesTheShot) {
     EXPECT_EQ(file_bytes(dir.path("farm.png")), file_bytes(dir.path("local.png")));
 }
 
+TEST_F(FarmThroughSlurm, FailedFinalJobAloneIsSubmittedAgain) {
+    const std::string job = farm.submit(with(kShot, {"--out", "frames/shot.%04d.png", "--contact-sheet",
+                                                     "sheets/farm.png", "--chunk", "30"}));
+    // The contact sheet's folder turns into a file while the chunk renders.
+    std::filesystem::remove_all(dir.path("sheets"));
+    tool_support::write_text(dir.path("sheets"), "in the way");
+    std::string text;
+    farm.wait(job, [](const std::vector<std::string>& s) { return !s.empty() && s.back() == "failed"; });
+    EXPECT_EQ(farm.states(job, &text), (std::vector<std::string>{"done", "failed"}));
+    EXPECT_NE(text.find("paneburst-farm: cannot write " + dir.path("sheets/farm.png")), std::string::npos) << text;
+
+    std::filesystem::remove(dir.path("sheets"));
+    std::filesystem::create_directory(dir.path("sheets"));
+    const ToolRun again = farm.run({"resubmit", job});
+    ASSERT_EQ(again.status, 0) << again.err;
+    EXPECT_EQ(again.out.find("render job"), std::string::npos) << again.out;
+    EXPECT_EQ(farm.wait(job, finished), (std::vector<std::string>{"done", "done"}));
+    EXPECT_EQ(file_bytes(dir.path("sheets/farm.png")), file_bytes(dir.path("local.png")));
+}
+
 TEST_F(FarmThroughSlurm, CancelledTaskLeavesNoPartialOrHiddenFrame) {
     // Large frames, so that a write is likely under way when the signal comes.
     const std::string job =

@@ -147,22 +147,28 @@ Status farm_resubmit(const std::string& farm_dir, const std::string& job_id) {
         if (js.state == State::Failed) render.chunks.push_back(c);
         if (js.state == State::Pending || js.state == State::Running) waits += ":" + js.task;
     }
-    if (render.chunks.empty()) {
-        std::printf("nothing to resubmit: no chunk of job %s failed\n", job_id.c_str());
+    const bool final_failed = s.has_final && s.final_job.state == State::Failed;
+    if (render.chunks.empty() && !final_failed) {
+        std::printf("nothing to resubmit: neither a chunk nor the final job of job %s failed\n", job_id.c_str());
         return ok_status();
     }
     // The old final job waits for a chunk that failed: it would never run.
     if (s.has_final && s.final_job.state == State::Pending) scancel(s.final_job.task);
-    if (Status st = sbatch({"--array=" + chunk_list(render.chunks)}, s.shot.file("render.sh"), render.id); !st.ok())
-        return st;
+    std::string after = waits;
+    if (!render.chunks.empty()) {
+        if (Status st = sbatch({"--array=" + chunk_list(render.chunks)}, s.shot.file("render.sh"), render.id);
+            !st.ok())
+            return st;
+        if (Status st = record_job(s.shot, farm_dir, render); !st.ok()) return st;
+        std::printf("render job %s: chunks %s again\n", render.id.c_str(), chunk_list(render.chunks).c_str());
+        after = ":" + render.id + waits;
+    }
     FarmJob final_job{"final", "", {}};
-    if (Status st = sbatch({"--dependency=afterok:" + render.id + waits}, s.shot.file("final.sh"), final_job.id);
-        !st.ok())
-        return st;
-    for (const FarmJob& job : {render, final_job})
-        if (Status st = record_job(s.shot, farm_dir, job); !st.ok()) return st;
-    std::printf("render job %s: chunks %s again\nfinal job %s\n", render.id.c_str(), chunk_list(render.chunks).c_str(),
-                final_job.id.c_str());
+    const std::vector<std::string> options =
+        after.empty() ? std::vector<std::string>{} : std::vector<std::string>{"--dependency=afterok" + after};
+    if (Status st = sbatch(options, s.shot.file("final.sh"), final_job.id); !st.ok()) return st;
+    if (Status st = record_job(s.shot, farm_dir, final_job); !st.ok()) return st;
+    std::printf("final job %s\n", final_job.id.c_str());
     return ok_status();
 }
 

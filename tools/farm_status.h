@@ -13,7 +13,8 @@ namespace tools {
 Status farm_status(const std::string& farm_dir, const std::string& job_id);
 
 // Submits the failed chunks again as a new array job, and a new final job
-// after them (and after the chunks still pending or running).
+// after them (and after the chunks still pending or running); a failed final
+// job alone is submitted again.
 Status farm_resubmit(const std::string& farm_dir, const std::string& job_id);
 
 // Run by the final job: every frame of the shot exists and reads back; the
