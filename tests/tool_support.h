@@ -45,8 +45,9 @@ public:
     ~TempDir() { std::filesystem::remove_all(dir_); }
     std::string path(const std::string& name) const { return dir_ + "/" + name; }
     // Runs paneburst-render with these arguments, the folder as working directory.
-    ToolRun render(const std::vector<std::string>& args) const {
-        std::string cmd = "cd " + quote(dir_) + " && " + quote(PANEBURST_RENDER_EXE);
+    ToolRun render(const std::vector<std::string>& args) const { return run(PANEBURST_RENDER_EXE, args); }
+    ToolRun run(const std::string& program, const std::vector<std::string>& args) const {
+        std::string cmd = "cd " + quote(dir_) + " && " + quote(program);
         for (const std::string& a : args) cmd += " " + quote(a);
         cmd += " >" + quote(path(".stdout")) + " 2>" + quote(path(".stderr")) + " </dev/null";
         const int raw = std::system(cmd.c_str());

@@ -18,7 +18,8 @@ Status parse_size(const std::string& text, int& width, int& height) {
 
 }  // namespace
 
-Status parse_options(int argc, char** argv, Options& o, bool& exit_now) {
+Status parse_options(int argc, char** argv, Options& o, bool& exit_now,
+                     const std::function<void(CLI::App&)>& extend) {
     exit_now = false;
     CLI::App app{
         "paneburst-render: renders the Paneburst effect on image sequences through the stand-in host.\n"
@@ -80,6 +81,7 @@ Status parse_options(int argc, char** argv, Options& o, bool& exit_now) {
     app.add_option("--plugin", o.plugin, "plug-in file (default: beside the program, or $PANEBURST_PLUGIN)")
         ->group("Machine");
 
+    if (extend) extend(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {

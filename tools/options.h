@@ -1,10 +1,15 @@
 // The command line of paneburst-render.
 #pragma once
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "tools/frame_pattern.h"
 #include "tools/status.h"
+
+namespace CLI {
+class App;
+}
 
 namespace tools {
 
@@ -37,6 +42,9 @@ struct Options {
 };
 
 // Parses argv. On --help prints the help and sets `exit_now` with an ok status.
-Status parse_options(int argc, char** argv, Options& options, bool& exit_now);
+// A tool that takes a render's options and more (paneburst-farm) adds its own
+// in `extend`, called before parsing.
+Status parse_options(int argc, char** argv, Options& options, bool& exit_now,
+                     const std::function<void(CLI::App&)>& extend = {});
 
 }  // namespace tools

@@ -132,6 +132,8 @@ struct Inputs {
     }
 };
 
+}  // namespace
+
 Status check_outputs(const Options& o) {
     if (!o.out.empty()) {
         const FramePattern out(o.out);
@@ -148,6 +150,8 @@ Status check_outputs(const Options& o) {
     }
     return ok_status();
 }
+
+namespace {
 
 Status apply_controls(Host& host, const Options& o, AutoPreviewOff& auto_preview) {
     if (!o.preset.empty()) apply_preset(host, o.preset);
@@ -201,6 +205,13 @@ Status simulate_run_up(Host& host, const Options& o, int shot_start, Progress& p
 
 }  // namespace
 
+Status probe_frame_format(const Options& o, int& width, int& height, int& depth_bits) {
+    int bits = 8;
+    if (Status s = Inputs(o).probe(o, width, height, bits); !s.ok()) return s;
+    depth_bits = o.depth ? o.depth : (bits > 8 ? 12 : 8);
+    return ok_status();
+}
+
 Status run_render(const Options& o) {
     install_interrupt_cleanup();
     // Messages pause so that an artist can read them in the host; here they
@@ -208,9 +219,9 @@ Status run_render(const Options& o) {
     setenv("PANEBURST_MESSAGE_PAUSE", "0", 0);
 
     Inputs inputs(o);
-    int width = 0, height = 0, bits = 8;
+    int width = 0, height = 0, bits = o.depth ? o.depth : 8;
     if (!o.list_controls)
-        if (Status s = inputs.probe(o, width, height, bits); !s.ok()) return s;
+        if (Status s = probe_frame_format(o, width, height, bits); !s.ok()) return s;
     if (!o.list_controls && !o.save_setup.empty())
         if (Status s = prepare_folder(o.save_setup); !s.ok()) return s;
 
@@ -221,7 +232,7 @@ Status run_render(const Options& o) {
     host->echo_messages = false;
     host->settings.width = o.list_controls ? o.card_width : width;
     host->settings.height = o.list_controls ? o.card_height : height;
-    host->settings.depth_bits = o.depth ? o.depth : (bits > 8 ? 12 : 8);
+    host->settings.depth_bits = bits;
     host->settings.bands = o.bands;
     host->settings.threads = o.threads;
     MessageRelay relay(*host);
