@@ -246,9 +246,10 @@ Status apply_setting(sparkhost::Host& host, const std::string& assignment, const
     Control* c = nullptr;
     if (Status s = find_control(host, assignment.substr(0, eq), c); !s.ok()) return usage_error(option + ": " + s.message);
     double value = 0;
-    if (Status s = parse_control_value(*c, assignment.substr(eq + 1), value, option + " \"" + assignment + "\"");
-        !s.ok())
-        return s;
+    // --set shows the assignment as given; --blend and the like their value.
+    const std::string context =
+        option == "--set" ? option + " \"" + assignment + "\"" : option + " " + assignment.substr(eq + 1);
+    if (Status s = parse_control_value(*c, assignment.substr(eq + 1), value, context); !s.ok()) return s;
     write_control(host, *c, value);
     if (auto_preview && copies_of(c->number) == kCommonCopies[2]) auto_preview->adopt();
     return ok_status();
