@@ -268,7 +268,7 @@ struct FrameMemory {
     // The plug-in stops the process when an image cannot be allocated: the
     // room for a frame's work is claimed once before anything is written.
     Status reserve() const {
-        void* room = std::malloc(static_cast<std::size_t>(work_bytes()));
+        void* volatile room = std::malloc(static_cast<std::size_t>(work_bytes()));  // not optimised away
         std::free(room);
         return room ? ok_status() : failure("not enough memory: " + needs());
     }
