@@ -1,8 +1,6 @@
 #!/usr/bin/env bash
 # The main job on the built-in default: the Explosion preset on the generated
 # test card, 24 frames into out/ with a contact sheet of every 4th frame.
-# While the plug-in has no Demos control yet, paneburst-render warns and
-# renders without the preset.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build_dir=${BUILD_DIR:-build}

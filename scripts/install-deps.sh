@@ -1,5 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build and the tests need, only those missing.
+# With package names as arguments it installs those instead (other scripts
+# use it for their own tools).
 set -euo pipefail
 
 packages=(
@@ -9,6 +11,7 @@ packages=(
   libopenimageio-dev libcli11-dev
   slurm-wlm slurm-client munge
 )
+[ $# -eq 0 ] || packages=("$@")
 
 missing=()
 for p in "${packages[@]}"; do
@@ -22,12 +25,18 @@ if [ ${#missing[@]} -eq 0 ]; then
   exit 0
 fi
 
-if [ "$(id -u)" -eq 0 ]; then
-  sudo=()
-else
-  sudo=(sudo)
+# apt-get runs as root: directly when we are root, otherwise through sudo,
+# which clears the environment, so the variable is passed on its command line.
+apt=(env DEBIAN_FRONTEND=noninteractive apt-get)
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null 2>&1; then
+    echo "install-deps: missing packages: ${missing[*]}" >&2
+    echo "install-deps: installing them needs root, and sudo is not installed; run as root:" >&2
+    echo "  su -c 'apt-get update && apt-get install -y --no-install-recommends ${missing[*]}'" >&2
+    exit 1
+  fi
+  apt=(sudo DEBIAN_FRONTEND=noninteractive apt-get)
 fi
 echo "install-deps: installing ${missing[*]}"
-export DEBIAN_FRONTEND=noninteractive
-"${sudo[@]}" apt-get update -qq
-"${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
+"${apt[@]}" update -qq
+"${apt[@]}" install -y -qq --no-install-recommends "${missing[@]}"

@@ -181,7 +181,15 @@ public:
 
     // Setups: every descriptor value as a readable text file.
     bool save_setup(const std::string& path, std::string& error) const;
-    bool load_setup(const std::string& path, std::string& error);
+    std::string setup_text() const;  // what save_setup writes
+    // Checks a value read from line `line` of a setup before it is written:
+    // `kind` is the kind the line names, `text` the value as it stands. Sets
+    // `value`, or returns false with the whole message refusing the file.
+    using SetupCheck = std::function<bool(const Control& control, int line, const std::string& kind,
+                                          const std::string& text, double& value, std::string& error)>;
+    // Without a check, lines of another kind are skipped and a value is
+    // taken as strtod reads it.
+    bool load_setup(const std::string& path, std::string& error, const SetupCheck& check = {});
 
     std::vector<Message> messages;
     std::vector<EditorCall> editor_calls;

@@ -45,8 +45,9 @@ TEST_F(ToolControls, KeysAnimateAControlFrameByFrame) {
 }
 
 TEST_F(ToolControls, SavedSetupReloadedGivesIdenticalFrames) {
-    ToolRun r = dir.render({"--front", "front.png", "--frames", "1-3", "--blend", "100", "--resolution", "1/2",
-                            "--save-setup", "setups/look.txt", "--out", "a/o.%04d.png", "-q"});
+    // --resolution and --blend after --quality are applied too.
+    ToolRun r = dir.render({"--front", "front.png", "--frames", "1-3", "--quality", "low", "--resolution", "1/2",
+                            "--blend", "100", "--save-setup", "setups/look.txt", "--out", "a/o.%04d.png", "-q"});
     ASSERT_EQ(r.status, 0) << r.err;
     r = dir.render({"--front", "front.png", "--frames", "1-3", "--setup", "setups/look.txt", "--out",
                     "b/o.%04d.png", "-q"});
@@ -54,7 +55,63 @@ TEST_F(ToolControls, SavedSetupReloadedGivesIdenticalFrames) {
     expect_same_files(dir, "a", "b", 3);
     expect_picture8(dir.path("b/o.0002.png"), half_resolution(front));
     // The setup keeps the user's Auto Preview, which the render turns off.
-    EXPECT_NE(file_bytes(dir.path("setups/look.txt")).find("\n34 boolean 1\n"), std::string::npos);
+    const std::string setup = file_bytes(dir.path("setups/look.txt"));
+    for (const char* line : {"\n34 boolean 1\n", "\n30 popup 2\n", "\n33 popup 1\n", "\n27 float 100\n"})
+        EXPECT_NE(setup.find(line), std::string::npos) << line;
+}
+
+// Out-of-range setup values are clamped with the warning --set gives, and
+// what is saved again is what was applied.
+TEST_F(ToolControls, SetupValuesOutOfRangeAreClampedAsSetClampsThem) {
+    write_text(dir.path("wild.txt"), "# edited by hand\n6 int -5\n9 float 1e300\n30 popup 7\n42 colour 0xFF102030\n");
+    const ToolRun r = dir.render({"--setup", "wild.txt", "--save-setup", "tame.txt"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    for (const char* warning : {"wild.txt:2: \"X Elements\" -5 is outside 1 ... 100, using 1",
+                                "wild.txt:3: \"Maximum Z\" 1e+300 is outside -4000 ... -1, using -1",
+                                "wild.txt:4: \"Render Quality\" 7 is outside 0 ... 3, using 3"})
+        EXPECT_NE(r.err.find(warning), std::string::npos) << r.err;
+    const std::string saved = file_bytes(dir.path("tame.txt"));
+    for (const char* line : {"\n6 int 1\n", "\n9 float -1\n", "\n30 popup 3\n", "\n42 colour 0xFF102030\n"})
+        EXPECT_NE(saved.find(line), std::string::npos) << line;
+}
+
+// The colour pot has no title in its descriptor: the tool names it, sets it
+// from #RRGGBB through its callback (which sets the three sliders in
+// percent) and lists it as #RRGGBB.
+TEST_F(ToolControls, LightColourIsSetAndListedByName) {
+    ToolRun r = dir.render({"--set", "light colour=#FF8000", "--save-setup", "s.txt"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    const std::string saved = file_bytes(dir.path("s.txt"));
+    for (const char* line : {"\n42 colour 0xFF0080FF\n", "\n43 float 100\n", "\n44 float 50\n", "\n45 float 0\n"})
+        EXPECT_NE(saved.find(line), std::string::npos) << line << saved;
+    r = dir.render({"--setup", "s.txt", "--list-controls"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    const auto at = r.out.find("\n1    42   colour   Light Colour");
+    ASSERT_NE(at, std::string::npos) << r.out;
+    const std::string line = r.out.substr(at + 1, r.out.find('\n', at + 1) - at - 1);
+    EXPECT_NE(line.find("#RRGGBB                #FFFFFF    #FF8000"), std::string::npos) << line;
+}
+
+// Labels of long frame numbers stay under their own thumbnails: the lit
+// columns of the label rows form one group per thumbnail.
+TEST_F(ToolControls, LongFrameNumbersFitUnderTheirThumbnails) {
+    const ToolRun r = dir.render({"--front", "front.png", "--frames", "9999997-9999999", "--thumb-width", "16",
+                                  "--contact-sheet", "sheet.png", "-q"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    const Picture p = read_picture(dir.path("sheet.png"));
+    OIIO::ImageSpec header;
+    std::string error;
+    ASSERT_TRUE(tools::open_image(dir.path("sheet.png"), header, error)) << error;
+    const int w = header.width;
+    std::vector<bool> lit(static_cast<std::size_t>(w));
+    for (int y = 4 + kH; y < header.height; ++y)  // below the thumbnails (16 x 8, at 4 from the top)
+        for (int x = 0; x < w; ++x) lit[x] = lit[x] || p.ints[(static_cast<std::size_t>(y) * w + x) * 3] == 235 * 257;
+    int groups = 0, blank = 3;
+    for (int x = 0; x < w; ++x) {
+        if (lit[x] && blank >= 3) ++groups;
+        blank = lit[x] ? 0 : blank + 1;
+    }
+    EXPECT_EQ(groups, 3);
 }
 
 // A chunk that starts later in the shot first simulates the frames before it

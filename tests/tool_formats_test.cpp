@@ -88,8 +88,13 @@ TEST(ToolFormats, MattesOfOneChannelAndAStillBackAreAccepted) {
     const std::vector<std::uint8_t> grey(w * h, 128);
     write_picture(dir.path("m2.png"), w, h, 1, "uint8", grey.data());
     write_picture(dir.path("m3.tif"), w, h, 1, "uint8", grey.data());
-    const ToolRun r = dir.render({"--front", "front.png", "--back", "back.png", "--matte2d", "m2.png", "--matte3d",
-                                  "m3.tif", "--frames", "1-2", "--blend", "100", "--out", "o.%d.png", "-q"});
+    const ToolRun r =
+        dir.render({"--front", "front.png", "--back", "back.png", "--matte2d", "m2.png", "--matte3d", "m3.tif",
+                    "--set", "Use 3D Matte=on", "--frames", "1-2", "--blend", "100", "--out", "o.%d.png", "-q"});
     ASSERT_EQ(r.status, 0) << r.err;
     expect_picture8(dir.path("o.2.png"), pattern8(w, h, 3));
+    // The 2D matte's Use control is off: it is given but not used.
+    EXPECT_NE(r.err.find("--matte2d m2.png: \"Use 2D Matte\" is off, so the matte is not used"), std::string::npos)
+        << r.err;
+    EXPECT_EQ(r.err.find("--matte3d"), std::string::npos) << r.err;
 }

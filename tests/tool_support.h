@@ -44,10 +44,14 @@ public:
     }
     ~TempDir() { std::filesystem::remove_all(dir_); }
     std::string path(const std::string& name) const { return dir_ + "/" + name; }
-    // Runs paneburst-render with these arguments, the folder as working directory.
-    ToolRun render(const std::vector<std::string>& args) const { return run(PANEBURST_RENDER_EXE, args); }
-    ToolRun run(const std::string& program, const std::vector<std::string>& args) const {
-        std::string cmd = "cd " + quote(dir_) + " && " + quote(program);
+    // Runs paneburst-render with these arguments, the folder as working
+    // directory, after the shell command `before` ("ulimit -v 100000").
+    ToolRun render(const std::vector<std::string>& args, const std::string& before = "true") const {
+        return run(PANEBURST_RENDER_EXE, args, before);
+    }
+    ToolRun run(const std::string& program, const std::vector<std::string>& args,
+                const std::string& before = "true") const {
+        std::string cmd = "cd " + quote(dir_) + " && " + before + " && " + quote(program);
         for (const std::string& a : args) cmd += " " + quote(a);
         cmd += " >" + quote(path(".stdout")) + " 2>" + quote(path(".stderr")) + " </dev/null";
         const int raw = std::system(cmd.c_str());

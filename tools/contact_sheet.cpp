@@ -19,8 +19,8 @@ void put(std::vector<std::uint8_t>& img, int width, int x, int y, std::uint8_t v
     img[i] = img[i + 1] = img[i + 2] = v;
 }
 
-void draw_number(std::vector<std::uint8_t>& img, int width, int x0, int y0, int number) {
-    draw_digits(std::to_string(number), x0, y0, kDot, [&](int x, int y) { put(img, width, x, y, 235); });
+void draw_number(std::vector<std::uint8_t>& img, int width, int x0, int y0, int number, int scale) {
+    draw_digits(std::to_string(number), x0, y0, scale, [&](int x, int y) { put(img, width, x, y, 235); });
 }
 
 }  // namespace
@@ -55,7 +55,12 @@ std::vector<std::uint8_t> ContactSheet::compose(int& width, int& height) const {
     const int columns = std::max(1, std::min(count, 8));
     const int rows = (count + columns - 1) / columns;
     const int tw = thumbs_.empty() ? thumb_width_ : static_cast<int>(thumbs_[0].rgb.size() / 3 / thumb_height_);
-    const int cell_w = tw + kGap, cell_h = thumb_height_ + kLabel + kGap;
+    // Labels fit under their thumbnail: smaller digits when the longest
+    // number is wider, and a wider cell when even those are.
+    int longest = 0;
+    for (const Thumb& t : thumbs_) longest = std::max(longest, digits_width(std::to_string(t.frame), 1));
+    const int scale = longest * kDot <= tw ? kDot : 1;
+    const int cell_w = std::max(tw, longest * scale) + kGap, cell_h = thumb_height_ + kLabel + kGap;
     width = columns * cell_w + kGap;
     height = std::max(1, rows) * cell_h + kGap;
     std::vector<std::uint8_t> img(static_cast<std::size_t>(width) * height * 3, 24);
@@ -66,7 +71,7 @@ std::vector<std::uint8_t> ContactSheet::compose(int& width, int& height) const {
         for (int y = 0; y < thumb_height_; ++y)
             std::copy_n(t.rgb.begin() + static_cast<long>(y) * w * 3, w * 3,
                         img.begin() + (static_cast<long>(y0 + y) * width + x0) * 3);
-        draw_number(img, width, x0, y0 + thumb_height_ + 2, t.frame);
+        draw_number(img, width, x0, y0 + thumb_height_ + 2, t.frame, scale);
     }
     return img;
 }

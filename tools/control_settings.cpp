@@ -41,8 +41,16 @@ std::string normalise(const std::string& text) {
 
 std::string display_name(const Control& c) {
     if (c.number == 33 || c.number == 62 || c.number == 91) return "Resolution";
-    const std::string label = c.label();
-    return label.empty() ? std::string() : label;
+    // The host's colour descriptor is a value and a callback: it has no
+    // title field, and the page shows the pot beside its three sliders
+    // "Light Colour R/G/B". The tool names it after them.
+    if (c.number == kLightColourControl && c.kind == ControlKind::Color) return "Light Colour";
+    return c.label();
+}
+
+// The name in messages: the title, or the number for a control without one.
+std::string message_name(const Control& c) {
+    return display_name(c).empty() ? std::to_string(c.number) : display_name(c);
 }
 
 std::size_t edit_distance(const std::string& a, const std::string& b) {
@@ -60,13 +68,12 @@ std::size_t edit_distance(const std::string& a, const std::string& b) {
     return row[b.size()];
 }
 
-bool parse_number(const std::string& text, double& value) {
-    const char* s = text.c_str();
-    char* end = nullptr;
-    value = std::strtod(s, &end);
-    if (end == s) return false;
-    while (*end && std::isspace(static_cast<unsigned char>(*end))) ++end;
-    return *end == '\0' && std::isfinite(value);
+// A packed colour word (R in bits 0-7) as "#RRGGBB".
+std::string colour_text(double word) {
+    const auto v = static_cast<std::uint32_t>(static_cast<std::int64_t>(word));
+    char text[16];
+    std::snprintf(text, sizeof text, "#%02X%02X%02X", v & 0xFFu, (v >> 8) & 0xFFu, (v >> 16) & 0xFFu);
+    return text;
 }
 
 std::string number_text(double v) {
@@ -77,11 +84,32 @@ std::string number_text(double v) {
 
 }  // namespace
 
+bool parse_decimal(const std::string& text, double& value) {
+    std::size_t i = 0, digits = 0;
+    auto skip_digits = [&] {
+        const std::size_t from = i;
+        while (i < text.size() && std::isdigit(static_cast<unsigned char>(text[i]))) ++i;
+        return i - from;
+    };
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
+    digits = skip_digits();
+    if (i < text.size() && text[i] == '.') ++i, digits += skip_digits();
+    if (digits == 0) return false;
+    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
+        ++i;
+        if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
+        if (skip_digits() == 0) return false;
+    }
+    if (text.find_first_not_of(" \t", i) != std::string::npos) return false;
+    value = std::strtod(text.c_str(), nullptr);
+    return std::isfinite(value);
+}
+
 Status find_control(sparkhost::Host& host, const std::string& name, Control*& control) {
     control = nullptr;
     const std::string wanted = normalise(name);
     double number = 0;
-    if (parse_number(wanted, number) && number == std::floor(number)) {
+    if (parse_decimal(wanted, number) && number == std::floor(number)) {
         control = host.control(static_cast<int>(number));
         if (!control) return usage_error("unknown control number " + name + " (--list-controls shows them)");
         return ok_status();
@@ -116,11 +144,11 @@ Status find_control(sparkhost::Host& host, const std::string& name, Control*& co
 
 Status parse_control_value(const Control& c, const std::string& raw, double& value, const std::string& context) {
     const std::string text = normalise(raw);
-    const std::string name = display_name(c).empty() ? std::to_string(c.number) : display_name(c);
+    const std::string name = message_name(c);
     if (c.kind == ControlKind::Push || c.kind == ControlKind::String)
         return usage_error(context + ": control \"" + name + "\" (" + std::to_string(c.number) +
                            ") takes no value");
-    bool known = parse_number(text, value);
+    bool known = parse_decimal(text, value);
     if (!known && c.kind == ControlKind::Boolean) {
         if (text == "on" || text == "yes" || text == "true") value = 1, known = true;
         if (text == "off" || text == "no" || text == "false") value = 0, known = true;
@@ -133,24 +161,25 @@ Status parse_control_value(const Control& c, const std::string& raw, double& val
             if (entry == text || entry == text + " quality") value = i, known = true;
         }
     }
-    if (!known && c.kind == ControlKind::Color && text.size() > 1 && text[0] == '#') {
-        char* end = nullptr;
-        const unsigned long rgb = std::strtoul(text.c_str() + 1, &end, 16);
-        if (*end == '\0' && text.size() == 7) {
-            // "#RRGGBB" into the packed word: R in bits 0-7, top byte set.
-            value = static_cast<double>(0xFF000000u | ((rgb >> 16) & 0xFF) | (rgb & 0xFF00) | ((rgb & 0xFF) << 16));
-            return ok_status();
-        }
+    if (!known && c.kind == ControlKind::Color) {
+        if (text.size() != 7 || text[0] != '#' || text.find_first_not_of("0123456789abcdef", 1) != std::string::npos)
+            return usage_error(context + ": \"" + raw + "\" is not a colour (control \"" + name + "\"; use #RRGGBB)");
+        // "#RRGGBB" into the packed word: R in bits 0-7, top byte set.
+        const unsigned long rgb = std::strtoul(text.c_str() + 1, nullptr, 16);
+        value = static_cast<double>(0xFF000000u | ((rgb >> 16) & 0xFF) | (rgb & 0xFF00) | ((rgb & 0xFF) << 16));
+        return ok_status();
     }
     if (!known) return usage_error(context + ": \"" + raw + "\" is not a number (control \"" + name + "\")");
-    if (c.kind == ControlKind::Color) return ok_status();
     if (c.kind != ControlKind::Float && c.kind != ControlKind::UserFloat && value != std::floor(value)) {
         const double whole = std::trunc(value);
         warn(context + ": \"" + name + "\" takes whole numbers; " + number_text(value) + " becomes " +
              number_text(whole));
         value = whole;
     }
-    const double lo = c.minimum(), hi = c.maximum();
+    // A colour as a number is the packed word, read signed (-1 is white, the
+    // default) or unsigned.
+    const double lo = c.kind == ControlKind::Color ? -2147483648.0 : c.minimum();
+    const double hi = c.kind == ControlKind::Color ? 4294967295.0 : c.maximum();
     if (value < lo || value > hi) {
         const double clamped = value < lo ? lo : hi;
         warn(context + ": \"" + name + "\" " + number_text(value) + " is outside " + number_text(lo) + " ... " +
@@ -158,6 +187,35 @@ Status parse_control_value(const Control& c, const std::string& raw, double& val
         value = clamped;
     }
     return ok_status();
+}
+
+sparkhost::Host::SetupCheck setup_value_check(const std::string& path) {
+    return [path](const Control& c, int line, const std::string& kind, const std::string& text, double& value,
+                  std::string& error) {
+        const std::string where = path + ":" + std::to_string(line);
+        const std::string control = "control \"" + message_name(c) + "\" (" + std::to_string(c.number) + ")";
+        if (kind != sparkhost::kind_name(c.kind)) {
+            error = where + ": " + control + " is " + sparkhost::kind_name(c.kind) + ", not " + kind;
+            return false;
+        }
+        // The colour word as setups store it.
+        const std::string t = normalise(text);
+        if (c.kind == ControlKind::Color && t.size() == 10 && t.compare(0, 2, "0x") == 0 &&
+            t.find_first_not_of("0123456789abcdef", 2) == std::string::npos) {
+            value = static_cast<double>(std::strtoul(t.c_str() + 2, nullptr, 16));
+            return true;
+        }
+        const bool whole_kind = c.kind == ControlKind::Int || c.kind == ControlKind::Pup ||
+                                c.kind == ControlKind::Boolean || c.kind == ControlKind::Color;
+        double number = 0;
+        if (whole_kind && parse_decimal(t, number) && number != std::floor(number)) {
+            error = where + ": \"" + text + "\" is not a whole number (" + control + ")";
+            return false;
+        }
+        const Status s = parse_control_value(c, text, value, where);
+        error = s.message;
+        return s.ok();
+    };
 }
 
 void write_control(sparkhost::Host& host, Control& c, double value) {
@@ -188,9 +246,10 @@ Status apply_setting(sparkhost::Host& host, const std::string& assignment, const
     Control* c = nullptr;
     if (Status s = find_control(host, assignment.substr(0, eq), c); !s.ok()) return usage_error(option + ": " + s.message);
     double value = 0;
-    if (Status s = parse_control_value(*c, assignment.substr(eq + 1), value, option + " \"" + assignment + "\"");
-        !s.ok())
-        return s;
+    // --set shows the assignment as given; --blend and the like their value.
+    const std::string context =
+        option == "--set" ? option + " \"" + assignment + "\"" : option + " " + assignment.substr(eq + 1);
+    if (Status s = parse_control_value(*c, assignment.substr(eq + 1), value, context); !s.ok()) return s;
     write_control(host, *c, value);
     if (auto_preview && copies_of(c->number) == kCommonCopies[2]) auto_preview->adopt();
     return ok_status();
@@ -251,9 +310,12 @@ void list_controls(sparkhost::Host& host, const std::map<int, double>& defaults)
             range = "off/on";
         else if (c.kind == ControlKind::Pup)
             range = "0 ... " + std::to_string(c.entry_count() - 1);
+        else if (c.kind == ControlKind::Color)
+            range = "#RRGGBB";
+        auto text = [&c](double v) { return c.kind == ControlKind::Color ? colour_text(v) : number_text(v); };
         auto it = defaults.find(c.number);
-        const std::string def = it == defaults.end() || c.kind == ControlKind::Push ? "" : number_text(it->second);
-        const std::string now = c.kind == ControlKind::Push ? "" : number_text(c.value());
+        const std::string def = it == defaults.end() || c.kind == ControlKind::Push ? "" : text(it->second);
+        const std::string now = c.kind == ControlKind::Push ? "" : text(c.value());
         const std::string page = c.page() >= 0 ? std::to_string(c.page()) : "-";
         std::printf("%-4s %-4d %-8s %-26s %-22s %-10s %s\n", page.c_str(), c.number, sparkhost::kind_name(c.kind),
                     display_name(c).c_str(), range.c_str(), def.c_str(), now.c_str());

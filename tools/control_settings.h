@@ -15,7 +15,14 @@ constexpr int kDemosControl = 19;
 constexpr int kBlendControl = 27;
 constexpr int kQualityControl = 30;
 constexpr int kResolutionControl = 33;
+constexpr int kLightColourControl = 42;
+constexpr int kUse2DMatteControl = 49;
+constexpr int kUse3DMatteControl = 51;
 constexpr int kLowQuality = 2;
+
+// A decimal number ("6", "-0.5", "1e3"); not hexadecimal, "inf" or "nan".
+// Blanks after it are allowed. False when the text is not one.
+bool parse_decimal(const std::string& text, double& value);
 
 // Finds a control by its title without the value format (case and runs of
 // blanks do not matter) or by its number. An unknown name is a usage error
@@ -27,6 +34,13 @@ Status find_control(sparkhost::Host& host, const std::string& name, sparkhost::C
 // "1/4"). Clamps to the control's range with a warning.
 Status parse_control_value(const sparkhost::Control& control, const std::string& text, double& value,
                            const std::string& context);
+
+// The check of every value of the setup file `path` as it is loaded: a
+// number of the control's kind (whole for counts, entries and checkboxes;
+// the file's 0xAABBGGRR word or #RRGGBB for the colour), clamped to the
+// control's range with the warning --set gives; anything else is a usage
+// error naming the file, the line and the control.
+sparkhost::Host::SetupCheck setup_value_check(const std::string& path);
 
 // Writes the value and lets the plug-in see it as a user change: the page
 // copies of a common control (Clear Overlay, resolution, Auto Preview) are

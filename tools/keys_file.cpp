@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "tools/control_settings.h"
+#include "tools/frame_pattern.h"
 
 namespace tools {
 
@@ -29,13 +30,16 @@ Status load_keys(sparkhost::Host& host, const std::string& path, int& key_count)
         const std::string text = trim(line);
         if (text.empty() || text[0] == '#') continue;
         // FRAME, blanks, CONTROL = VALUE
-        char* end = nullptr;
-        const double frame = std::strtod(text.c_str(), &end);
-        const std::string rest = end ? trim(end) : std::string();
+        const std::size_t blank = text.find_first_of(" \t");
+        const std::string frame_text = text.substr(0, blank);
+        const std::string rest = blank == std::string::npos ? std::string() : trim(text.substr(blank));
         const auto eq = rest.find('=');
-        if (end == text.c_str() || !std::isspace(static_cast<unsigned char>(*end)) || eq == std::string::npos ||
-            frame < 0)
+        double frame = 0;
+        if (eq == std::string::npos || !parse_decimal(frame_text, frame))
             return usage_error(where + ": not a key (use FRAME CONTROL = VALUE, e.g. \"50 Z Speed = 20\")");
+        if (frame < 0 || frame > kMaxFrame)
+            return usage_error(where + ": frame " + frame_text + " is outside 0 ... " + std::to_string(kMaxFrame) +
+                               " (frames are numbered from 0)");
         sparkhost::Control* c = nullptr;
         if (Status s = find_control(host, trim(rest.substr(0, eq)), c); !s.ok())
             return usage_error(where + ": " + s.message);

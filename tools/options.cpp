@@ -2,6 +2,10 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include "tools/output_writer.h"
 
 namespace tools {
 
@@ -13,6 +17,41 @@ Status parse_size(const std::string& text, int& width, int& height) {
     if (std::sscanf(text.c_str(), "%d%c%d%c", &width, &x, &height, &rest) != 3 || (x != 'x' && x != 'X') ||
         width < 1 || height < 1 || width > 16384 || height > 16384)
         return usage_error("--size " + text + ": not a frame size (use WIDTHxHEIGHT, e.g. 1920x1080)");
+    return ok_status();
+}
+
+// The same file as the folder tree names it ("./a/../o.png" is "o.png").
+std::string same_file_key(const std::string& path) {
+    std::error_code ec;
+    const std::filesystem::path key = std::filesystem::weakly_canonical(std::filesystem::absolute(path, ec), ec);
+    return ec ? path : key.string();
+}
+
+// Output names that cannot work are refused before anything is loaded.
+Status check_output_names(const Options& o) {
+    if (!o.out.empty()) {
+        const FramePattern out(o.out);
+        if (const std::string problem = out.output_problem(); !problem.empty())
+            return usage_error("--out " + o.out + ": " + problem);
+        if (Status s = check_image_format("--out", out.at(o.frames.first)); !s.ok()) return s;
+    }
+    if (!o.contact_sheet.empty())
+        if (Status s = check_image_format("--contact-sheet", o.contact_sheet); !s.ok()) return s;
+    // Two outputs in one file would overwrite each other.
+    const FramePattern frames(o.out.empty() ? std::string() : same_file_key(o.out));
+    const std::string sheet = o.contact_sheet.empty() ? "" : same_file_key(o.contact_sheet);
+    const std::string setup = o.save_setup.empty() ? "" : same_file_key(o.save_setup);
+    auto is_frame = [&](const std::string& key) {
+        int f = -1;
+        if (key.empty() || frames.empty()) return false;
+        if (!frames.is_sequence()) return key == frames.text();
+        return frames.frame_of(key, f) && f >= o.frames.first && f <= o.frames.last;
+    };
+    if (is_frame(sheet) || is_frame(setup))
+        return usage_error((is_frame(sheet) ? "--contact-sheet " + o.contact_sheet : "--save-setup " + o.save_setup) +
+                           " is also a frame of --out " + o.out + ": give it another name");
+    if (!setup.empty() && setup == sheet)
+        return usage_error("--save-setup " + o.save_setup + " is also the --contact-sheet: give it another name");
     return ok_status();
 }
 
@@ -35,18 +74,16 @@ Status parse_options(int argc, char** argv, Options& o, bool& exit_now,
     app.add_option("--size", size, "test card size WIDTHxHEIGHT (default 720x486)")->group("Inputs");
 
     app.add_option("--frames", frames, "frames to render, FIRST-LAST (default 1)")->group("Frames");
-    app.add_option("--shot-start", o.shot_start,
+    std::string shot_start, contact_every;
+    app.add_option("--shot-start", shot_start,
                    "first frame of the shot: frames before --frames are simulated, not written")
-        ->check(CLI::NonNegativeNumber)
         ->group("Frames");
 
     app.add_option("--out", o.out, "output pattern, format from the extension: out/shot.%04d.png")->group("Output");
     app.add_flag("--overwrite", o.overwrite, "replace existing output frames")->group("Output");
     app.add_option("--contact-sheet", o.contact_sheet, "one picture with a thumbnail of every rendered frame")
         ->group("Output");
-    app.add_option("--contact-every", o.contact_every, "thumbnail of every Nth frame (default 1)")
-        ->check(CLI::PositiveNumber)
-        ->group("Output");
+    app.add_option("--contact-every", contact_every, "thumbnail of every Nth frame (default 1)")->group("Output");
     app.add_option("--thumb-width", o.thumb_width, "thumbnail width in pixels (default 160)")
         ->check(CLI::Range(16, 2048))
         ->group("Output");
@@ -95,6 +132,11 @@ Status parse_options(int argc, char** argv, Options& o, bool& exit_now,
     }
 
     if (Status s = parse_frame_range(frames, o.frames); !s.ok()) return s;
+    if (!shot_start.empty())
+        if (Status s = parse_frame_number("--shot-start", shot_start, o.shot_start); !s.ok()) return s;
+    if (!contact_every.empty() && (contact_every.size() > 9 || contact_every.find_first_not_of("0123456789") !=
+                                   std::string::npos || (o.contact_every = std::atoi(contact_every.c_str())) < 1))
+        return usage_error("--contact-every " + contact_every + ": give a whole number of 1 or more");
     if (o.shot_start >= 0 && o.shot_start > o.frames.first)
         return usage_error("--shot-start " + std::to_string(o.shot_start) + " comes after the first frame " +
                            std::to_string(o.frames.first));
@@ -107,7 +149,11 @@ Status parse_options(int argc, char** argv, Options& o, bool& exit_now,
         return usage_error("nothing to write: give --out, --contact-sheet or --save-setup");
     if (!o.out.empty() && o.frames.count() > 1 && !FramePattern(o.out).is_sequence())
         return usage_error("--out " + o.out + ": several frames need a frame number in the name (%04d or ####)");
-    return ok_status();
+    // A folder opens like an empty file: it would be read as one with no lines.
+    for (const auto& [option, name] : {std::pair<const char*, const std::string&>{"--setup", o.setup}, {"--keys", o.keys}})
+        if (std::error_code ec; !name.empty() && std::filesystem::is_directory(name, ec))
+            return usage_error(std::string(option) + " " + name + ": a folder, not a file");
+    return o.list_controls ? ok_status() : check_output_names(o);
 }
 
 }  // namespace tools

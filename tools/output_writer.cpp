@@ -1,5 +1,6 @@
 #include "tools/output_writer.h"
 
+#include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
 #include <fcntl.h>
 #include <signal.h>
@@ -10,6 +11,9 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <vector>
+
+#include "tools/open_image.h"
 
 namespace tools {
 
@@ -53,29 +57,94 @@ std::string temporary_name(const std::string& path) {
     return dir + "." + base + "." + std::to_string(getpid()) + ".part";
 }
 
+std::string cannot_write(const std::string& path, const std::string& why) {
+    return "cannot write " + path + (why.empty() ? std::string() : ": " + why);
+}
+
+// The hidden temporary a file is written under: removed on every way out
+// (an error, an exception, a signal) unless it was renamed into place.
+class PartialFile {
+public:
+    explicit PartialFile(const std::string& final_path) : final_(final_path), path_(temporary_name(final_path)) {
+        set_partial(path_);
+    }
+    ~PartialFile() {
+        g_partial_set = 0;
+        if (!kept_) unlink(path_.c_str());
+    }
+    PartialFile(const PartialFile&) = delete;
+    PartialFile& operator=(const PartialFile&) = delete;
+    const std::string& path() const { return path_; }
+    Status keep() {
+        if (std::rename(path_.c_str(), final_.c_str()) != 0) return failure(cannot_write(final_, std::strerror(errno)));
+        kept_ = true;
+        return ok_status();
+    }
+
+private:
+    std::string final_, path_;
+    bool kept_ = false;
+};
+
+// Reads the whole image back: a writer that cannot tell a short write (a
+// full disk) leaves a file that does not decode.
+bool reads_back(const std::string& path, const OIIO::ImageSpec& header, OIIO::TypeDesc data_type) {
+    OIIO::ImageSpec found;
+    std::string error;
+    auto in = open_image(path, found, error);
+    if (!in || found.width != header.width || found.height != header.height) return false;
+    std::vector<unsigned char> pixels(found.image_pixels() * found.nchannels * data_type.size());
+    return in->read_image(0, 0, 0, found.nchannels, data_type, pixels.data()) && in->close();
+}
+
 Status write_pixels(const std::string& path, OIIO::ImageSpec header, OIIO::TypeDesc data_type, const void* data) {
     auto out = OIIO::ImageOutput::create(path);
-    if (!out) return failure("cannot write " + path + ": " + one_line(OIIO::geterror()));
+    if (!out) return failure(cannot_write(path, one_line(OIIO::geterror())));
     header.attribute("Software", "paneburst-render");
-    const std::string temp = temporary_name(path);
-    set_partial(temp);
-    bool ok = out->open(temp, header) && out->write_image(data_type, data);
+    // Most writers encode into memory; the bytes then go to disk through
+    // write_file, where every write is checked.
+    std::vector<unsigned char> bytes;
+    OIIO::Filesystem::IOVecOutput memory(bytes);
+    const bool in_memory = out->supports("ioproxy") && out->set_ioproxy(&memory);
+    std::unique_ptr<PartialFile> temp;
+    if (!in_memory) temp = std::make_unique<PartialFile>(path);
+    bool ok = out->open(in_memory ? path : temp->path(), header) && out->write_image(data_type, data);
     std::string why = ok ? std::string() : one_line(out->geterror());
     ok = out->close() && ok;
-    if (ok && std::rename(temp.c_str(), path.c_str()) != 0) {
-        ok = false;
-        why = std::strerror(errno);
-    }
-    if (!ok) {
-        std::remove(temp.c_str());
-        g_partial_set = 0;
-        return failure("cannot write " + path + (why.empty() ? std::string() : ": " + why));
-    }
-    g_partial_set = 0;
-    return ok_status();
+    if (!ok) return failure(cannot_write(path, why.empty() ? one_line(out->geterror()) : why));
+    if (in_memory) return write_file(path, bytes.data(), bytes.size());
+    if (!reads_back(temp->path(), header, data_type))
+        return failure(cannot_write(path, "the written file does not read back (is the disk full?)"));
+    return temp->keep();
 }
 
 }  // namespace
+
+Status write_file(const std::string& path, const void* data, std::size_t size) {
+    PartialFile temp(path);
+    const int fd = open(temp.path().c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+    if (fd < 0) return failure(cannot_write(path, std::strerror(errno)));
+    int error = 0;
+    for (const char* p = static_cast<const char*>(data); size > 0 && !error;) {
+        const ssize_t n = write(fd, p, size);
+        if (n < 0 && errno != EINTR) error = errno;
+        if (n > 0) p += n, size -= static_cast<std::size_t>(n);
+    }
+    // A network or quota file system may report a full disk only here.
+    if (!error && fsync(fd) != 0) error = errno;
+    if (close(fd) != 0 && !error) error = errno;
+    if (error) return failure(cannot_write(path, std::strerror(error)));
+    return temp.keep();
+}
+
+Status check_image_format(const std::string& option, const std::string& path) {
+    if (OIIO::ImageOutput::create(path)) return ok_status();
+    const auto dot = path.rfind('.');
+    const std::string why = dot == std::string::npos || path.find('/', dot) != std::string::npos
+                                ? "the name has no extension to choose an image format"
+                                : "no image format has the extension \"" + path.substr(dot) + "\"";
+    return usage_error(option + " " + path + ": " + why + " (use .exr, .dpx, .tif, .png or .jpg)");
+}
 
 Status prepare_folder(const std::string& path) {
     const std::string folder = folder_of(path);

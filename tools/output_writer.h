@@ -19,6 +19,14 @@ Status prepare_folder(const std::string& path);
 // 16-bit files (12-bit for DPX); OpenEXR stores 32-bit float, JPEG 8 bits.
 Status write_frame(const sparkhost::FrameBuffer& buffer, const std::string& path);
 
+// Writes bytes as the whole file `path`: into a hidden temporary beside it,
+// every write, the flush to disk and the close checked, then renamed. On any
+// error the temporary is removed and a file already at `path` stays as it was.
+Status write_file(const std::string& path, const void* data, std::size_t size);
+
+// Refuses (as a usage error of `option`) a name no image writer knows.
+Status check_image_format(const std::string& option, const std::string& path);
+
 // Writes an 8-bit RGB picture.
 Status write_rgb8(const std::vector<std::uint8_t>& pixels, int width, int height, const std::string& path);
 

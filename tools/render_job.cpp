@@ -1,5 +1,6 @@
 #include "tools/render_job.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,8 +8,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <map>
 #include <memory>
+#include <new>
 
 #include "sparkhost/host.h"
 #include "sparkhost/plugin_path.h"
@@ -132,15 +135,37 @@ struct Inputs {
     }
 };
 
+// The frames of the range that already exist, found with one listing of the
+// output folder (a check per frame would take minutes on long ranges).
+Status check_existing_frames(const Options& o) {
+    const auto slash = o.out.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : o.out.substr(0, slash + 1);
+    const FramePattern name(slash == std::string::npos ? o.out : o.out.substr(slash + 1));
+    int first_found = -1;
+    if (DIR* dir = opendir(folder.c_str())) {
+        while (const dirent* entry = readdir(dir)) {
+            int f = -1;
+            if (name.frame_of(entry->d_name, f) && f >= o.frames.first && f <= o.frames.last &&
+                (first_found < 0 || f < first_found))
+                first_found = f;
+        }
+        closedir(dir);
+    }
+    if (first_found < 0) return ok_status();
+    const FramePattern out(o.out);
+    return usage_error(out.at(first_found) + " exists (frame " + std::to_string(first_found) +
+                       "); use --overwrite to replace it");
+}
+
 }  // namespace
 
 Status check_outputs(const Options& o) {
     if (!o.out.empty()) {
         const FramePattern out(o.out);
-        for (int f = o.frames.first; f <= o.frames.last; ++f)
-            if (!o.overwrite && exists(out.at(f)))
-                return usage_error(out.at(f) + " exists (frame " + std::to_string(f) +
-                                   "); use --overwrite to replace it");
+        if (!o.overwrite && !out.is_sequence() && exists(o.out))
+            return usage_error(o.out + " exists; use --overwrite to replace it");
+        if (!o.overwrite && out.is_sequence())
+            if (Status s = check_existing_frames(o); !s.ok()) return s;
         if (Status s = prepare_folder(out.at(o.frames.first)); !s.ok()) return s;
     }
     if (!o.contact_sheet.empty()) {
@@ -151,17 +176,46 @@ Status check_outputs(const Options& o) {
     return ok_status();
 }
 
+Status probe_frame_format(const Options& o, int& width, int& height, int& depth_bits) {
+    int bits = 8;
+    if (Status s = Inputs(o).probe(o, width, height, bits); !s.ok()) return s;
+    depth_bits = o.depth ? o.depth : (bits > 8 ? 12 : 8);
+    return ok_status();
+}
+
 namespace {
+
+// A matte given while its Use control stays off all shot long is not used.
+void warn_unused_mattes(Host& host, const Options& o) {
+    const std::pair<int, const std::string*> mattes[] = {{kUse2DMatteControl, &o.matte_2d},
+                                                         {kUse3DMatteControl, &o.matte_3d}};
+    for (const auto& [number, file] : mattes) {
+        const sparkhost::Control* use = host.control(number);
+        if (file->empty() || !use) continue;
+        bool off = use->value() == 0;
+        if (host.animated(number)) {
+            off = true;
+            for (const auto& key : host.curves().at(number)) off = off && key.second == 0;
+        }
+        if (off)
+            warn(std::string(number == kUse2DMatteControl ? "--matte2d " : "--matte3d ") + *file + ": \"" +
+                 use->label() + "\" is off, so the matte is not used (--set \"" + use->label() + "=on\")");
+    }
+}
 
 Status apply_controls(Host& host, const Options& o, AutoPreviewOff& auto_preview) {
     if (!o.preset.empty()) apply_preset(host, o.preset);
     for (const std::string& s : o.sets)
         if (Status st = apply_setting(host, s, "--set", &auto_preview); !st.ok()) return st;
     if (!o.quality.empty()) {
-        if (host.control(kQualityControl))
-            return apply_setting(host, std::to_string(kQualityControl) + "=" + o.quality, "--quality");
-        warn("--quality " + o.quality + ": this plug-in has no Render Quality control (" +
-             std::to_string(kQualityControl) + "); ignored");
+        if (host.control(kQualityControl)) {
+            if (Status s = apply_setting(host, std::to_string(kQualityControl) + "=" + o.quality, "--quality");
+                !s.ok())
+                return s;
+        } else {
+            warn("--quality " + o.quality + ": this plug-in has no Render Quality control (" +
+                 std::to_string(kQualityControl) + "); ignored");
+        }
     }
     if (!o.resolution.empty())
         if (Status s = apply_setting(host, std::to_string(kResolutionControl) + "=" + o.resolution, "--resolution");
@@ -203,21 +257,35 @@ Status simulate_run_up(Host& host, const Options& o, int shot_start, Progress& p
     return status;
 }
 
-}  // namespace
+// The memory a frame of the render needs, for the check before the first
+// frame and the message when it runs out.
+struct FrameMemory {
+    // Besides the host's five buffers, at most: the plug-in's images of the
+    // four inputs, the result and its canvas (8 bytes a pixel each) and its
+    // three per-pixel maps (4 bytes each), or room to read or write one file.
+    static constexpr double kWorkBytesPerPixel = 72;
+    int width = 0, height = 0;
+    bool deep = false;
+    int frame = -1;  // the frame being worked on; -1 before the first
 
-Status probe_frame_format(const Options& o, int& width, int& height, int& depth_bits) {
-    int bits = 8;
-    if (Status s = Inputs(o).probe(o, width, height, bits); !s.ok()) return s;
-    depth_bits = o.depth ? o.depth : (bits > 8 ? 12 : 8);
-    return ok_status();
-}
+    double host_bytes() const { return 5.0 * width * height * (deep ? 6 : 3); }
+    double work_bytes() const { return kWorkBytesPerPixel * width * height + (64 << 20); }
+    std::string needs() const {
+        char gib[32];
+        std::snprintf(gib, sizeof gib, "%.1f", (host_bytes() + work_bytes()) / (1 << 30));
+        return "a " + std::to_string(width) + "x" + std::to_string(height) + " frame needs about " + gib +
+               " GiB of memory";
+    }
+    // The plug-in stops the process when an image cannot be allocated: the
+    // room for a frame's work is claimed once before anything is written.
+    Status reserve() const {
+        void* volatile room = std::malloc(static_cast<std::size_t>(work_bytes()));  // not optimised away
+        std::free(room);
+        return room ? ok_status() : failure("not enough memory: " + needs());
+    }
+};
 
-Status run_render(const Options& o) {
-    install_interrupt_cleanup();
-    // Messages pause so that an artist can read them in the host; here they
-    // are printed, and a farm must not sleep.
-    setenv("PANEBURST_MESSAGE_PAUSE", "0", 0);
-
+Status render(const Options& o, FrameMemory& memory) {
     Inputs inputs(o);
     int width = 0, height = 0, bits = o.depth ? o.depth : 8;
     if (!o.list_controls)
@@ -235,6 +303,9 @@ Status run_render(const Options& o) {
     host->settings.depth_bits = bits;
     host->settings.bands = o.bands;
     host->settings.threads = o.threads;
+    memory.width = host->settings.width;
+    memory.height = host->settings.height;
+    memory.deep = host->settings.depth_bits == 12;
     MessageRelay relay(*host);
 
     const std::map<int, double> defaults = control_values(*host);
@@ -243,7 +314,10 @@ Status run_render(const Options& o) {
         host->initialise();
     }
     relay.flush();
-    if (!o.setup.empty() && !host->load_setup(o.setup, error)) return failure("--setup: " + error);
+    if (!o.setup.empty()) {
+        if (!std::ifstream(o.setup)) return failure("--setup " + o.setup + ": cannot read the file");
+        if (!host->load_setup(o.setup, error, setup_value_check(o.setup))) return usage_error(error);
+    }
     AutoPreviewOff auto_preview(*host);
     if (Status s = apply_controls(*host, o, auto_preview); !s.ok()) return s;
     int key_count = 0;
@@ -254,17 +328,20 @@ Status run_render(const Options& o) {
         list_controls(*host, defaults);
         return ok_status();
     }
+    warn_unused_mattes(*host, o);
     // Refuse existing frames before anything, the setup included, is written.
     const bool rendering = !o.out.empty() || !o.contact_sheet.empty();
-    if (rendering)
+    if (rendering) {
         if (Status s = check_outputs(o); !s.ok()) return s;
+        if (Status s = memory.reserve(); !s.ok()) return s;
+    }
     if (!o.save_setup.empty()) {
         // The setup holds what the user chose, Auto Preview included; keys
         // are animation, kept in the key file, not in setups.
         auto_preview.restore();
-        const bool saved = host->save_setup(o.save_setup, error);
+        const std::string setup = host->setup_text();
         auto_preview.suspend();
-        if (!saved) return failure("--save-setup: " + error);
+        if (Status s = write_file(o.save_setup, setup.data(), setup.size()); !s.ok()) return s;
     }
     if (!rendering) return ok_status();
 
@@ -279,6 +356,7 @@ Status run_render(const Options& o) {
     ContactSheet sheet(o.thumb_width, o.contact_every);
     const FramePattern out(o.out);
     for (int f = o.frames.first; f <= o.frames.last; ++f) {
+        memory.frame = f;
         if (Status s = inputs.load(*host, f); !s.ok()) return s;
         const bool processed = host->process(static_cast<std::uint32_t>(f)) != nullptr;
         relay.flush();
@@ -298,6 +376,23 @@ Status run_render(const Options& o) {
     host->uninitialise();
     relay.flush();
     return ok_status();
+}
+
+}  // namespace
+
+Status run_render(const Options& o) {
+    install_interrupt_cleanup();
+    // Messages pause so that an artist can read them in the host; here they
+    // are printed, and a farm must not sleep.
+    setenv("PANEBURST_MESSAGE_PAUSE", "0", 0);
+    FrameMemory memory;
+    try {
+        return render(o, memory);
+    } catch (const std::bad_alloc&) {
+        // Whatever was being written is removed as the stack unwinds.
+        return failure((memory.frame >= 0 ? "frame " + std::to_string(memory.frame) + ": " : std::string()) +
+                       "not enough memory: " + (memory.width > 0 ? memory.needs() : std::string("reading the inputs")));
+    }
 }
 
 }  // namespace tools
