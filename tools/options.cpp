@@ -3,20 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 
+#include "tools/shared_options.h"
+
 namespace tools {
-
-namespace {
-
-Status parse_size(const std::string& text, int& width, int& height) {
-    char x = 0;
-    char rest = 0;
-    if (std::sscanf(text.c_str(), "%d%c%d%c", &width, &x, &height, &rest) != 3 || (x != 'x' && x != 'X') ||
-        width < 1 || height < 1 || width > 16384 || height > 16384)
-        return usage_error("--size " + text + ": not a frame size (use WIDTHxHEIGHT, e.g. 1920x1080)");
-    return ok_status();
-}
-
-}  // namespace
 
 Status parse_options(int argc, char** argv, Options& o, bool& exit_now) {
     exit_now = false;
@@ -25,15 +14,9 @@ Status parse_options(int argc, char** argv, Options& o, bool& exit_now) {
         "With no --front it renders a generated test card over a gradient."};
     app.get_formatter()->column_width(34);
 
-    std::string frames = "1", size;
-    app.add_option("--front", o.front, "front clip: shot.%04d.exr, shot.####.dpx, or a still")->group("Inputs");
-    app.add_option("--back", o.back, "back clip (default: black; the test card's gradient with no --front)")
-        ->group("Inputs");
-    app.add_option("--matte2d", o.matte_2d, "2D matte (default: white)")->group("Inputs");
-    app.add_option("--matte3d", o.matte_3d, "3D matte (default: white)")->group("Inputs");
-    app.add_option("--size", size, "test card size WIDTHxHEIGHT (default 720x486)")->group("Inputs");
-
-    app.add_option("--frames", frames, "frames to render, FIRST-LAST (default 1)")->group("Frames");
+    SharedOptionText text;
+    add_input_options(app, o, text);
+    add_frame_option(app, text, "to render");
     app.add_option("--shot-start", o.shot_start,
                    "first frame of the shot: frames before --frames are simulated, not written")
         ->check(CLI::NonNegativeNumber)
@@ -53,32 +36,12 @@ Status parse_options(int argc, char** argv, Options& o, bool& exit_now) {
         ->check(CLI::IsMember({8, 12}))
         ->group("Output");
 
-    app.add_option("--preset", o.preset, "demo preset: explosion|confetti|venetianv|venetianh")
-        ->check(CLI::IsMember({"explosion", "confetti", "venetianv", "venetianh"}, CLI::ignore_case))
-        ->group("Controls");
-    app.add_option("--set", o.sets, "set a control by title or number: --set \"Z Speed=6\" --set 15=6")
-        ->allow_extra_args(false)
-        ->group("Controls");
-    app.add_option("--quality", o.quality, "render quality: high|med|low|wireframe")
-        ->check(CLI::IsMember({"high", "med", "low", "wireframe"}, CLI::ignore_case))
-        ->group("Controls");
-    app.add_option("--resolution", o.resolution, "working resolution: FULL, 1/2, 1/3, 1/4, 1/6, 1/8, 1/12, 1/16, 1/32")
-        ->group("Controls");
-    app.add_option("--blend", o.blend, "blend with the front, 0..100")->group("Controls");
-    app.add_option("--keys", o.keys, "key file animating controls (see README)")->group("Controls");
-    app.add_option("--setup", o.setup, "load a saved setup before the other controls")->group("Controls");
+    add_control_options(app, o);
     app.add_option("--save-setup", o.save_setup, "save the setup the render uses")->group("Controls");
     app.add_flag("--list-controls", o.list_controls, "print every control and exit")->group("Controls");
 
-    app.add_option("--bands", o.bands, "bands a frame is split into, the processor count reported (default 16)")
-        ->check(CLI::Range(1, 127))
-        ->group("Machine");
-    app.add_option("--threads", o.threads, "worker threads running the bands (default: every core)")
-        ->check(CLI::Range(0, 1024))
-        ->group("Machine");
+    add_machine_options(app, o);
     app.add_flag("--quiet,-q", o.quiet, "no progress, only warnings and errors")->group("Machine");
-    app.add_option("--plugin", o.plugin, "plug-in file (default: beside the program, or $PANEBURST_PLUGIN)")
-        ->group("Machine");
 
     try {
         app.parse(argc, argv);
@@ -87,20 +50,15 @@ Status parse_options(int argc, char** argv, Options& o, bool& exit_now) {
         exit_now = true;
         return ok_status();
     } catch (const CLI::ParseError& e) {
-        std::string text = e.what();
-        while (!text.empty() && text.back() == '\n') text.pop_back();
-        return usage_error(text + " (see --help)");
+        std::string message = e.what();
+        while (!message.empty() && message.back() == '\n') message.pop_back();
+        return usage_error(message + " (see --help)");
     }
 
-    if (Status s = parse_frame_range(frames, o.frames); !s.ok()) return s;
+    if (Status s = finish_shared_options(o, text); !s.ok()) return s;
     if (o.shot_start >= 0 && o.shot_start > o.frames.first)
         return usage_error("--shot-start " + std::to_string(o.shot_start) + " comes after the first frame " +
                            std::to_string(o.frames.first));
-    if (!size.empty()) {
-        if (!o.front.empty()) return usage_error("--size sets the test card's size; it cannot be used with --front");
-        if (Status s = parse_size(size, o.card_width, o.card_height); !s.ok()) return s;
-        o.card_size_given = true;
-    }
     if (!o.list_controls && o.out.empty() && o.contact_sheet.empty() && o.save_setup.empty())
         return usage_error("nothing to write: give --out, --contact-sheet or --save-setup");
     if (!o.out.empty() && o.frames.count() > 1 && !FramePattern(o.out).is_sequence())
