@@ -59,36 +59,6 @@ Status check_outputs(const Options& o) {
     return ok_status();
 }
 
-// Runs the frames before the chunk as cheaply as the entry points allow:
-// Low Quality runs the same element steps, depth rule and sort as every
-// other quality and skips the per-pixel texture mapping; nothing is written
-// and no input is read (the simulation depends on the controls and the frame
-// size, never on pixel values). The working resolution stays the render's:
-// another resolution would change the tile size and rebuild the grid.
-Status simulate_run_up(Host& host, const Options& o, int shot_start, Progress& progress, MessageRelay& relay) {
-    sparkhost::Control* quality = host.control(kQualityControl);
-    double saved_value = 0;
-    std::map<float, float> saved_keys;
-    if (quality) {
-        saved_value = quality->value();
-        if (host.animated(kQualityControl)) saved_keys = host.curves().at(kQualityControl);
-        host.clear_keys(kQualityControl);
-        quality->set_value(kLowQuality);
-    }
-    Status status;
-    for (int f = shot_start; f < o.frames.first && status.ok(); ++f) {
-        if (!host.process(static_cast<std::uint32_t>(f)))
-            status = failure("frame " + std::to_string(f) + " (run-up): the plug-in returned no result");
-        relay.flush();
-        progress.preroll_done(f);
-    }
-    if (quality) {
-        quality->set_value(saved_value);
-        for (const auto& key : saved_keys) host.set_key(kQualityControl, key.first, key.second);
-    }
-    return status;
-}
-
 }  // namespace
 
 Status run_render(const Options& o) {
@@ -145,7 +115,13 @@ Status run_render(const Options& o) {
 
     const int shot_start = o.shot_start >= 0 ? o.shot_start : o.frames.first;
     Progress progress(o.frames.count(), o.frames.first - shot_start, o.quiet);
-    if (Status s = simulate_run_up(*host, o, shot_start, progress, relay); !s.ok()) return s;
+    if (Status s = simulate_run_up(*host, shot_start, o.frames.first,
+                                   [&](int f) {
+                                       relay.flush();
+                                       progress.preroll_done(f);
+                                   });
+        !s.ok())
+        return s;
 
     ContactSheet sheet(o.thumb_width, o.contact_every);
     const FramePattern out(o.out);

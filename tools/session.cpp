@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <map>
 
 #include "sparkhost/plugin_path.h"
 #include "tools/keys_file.h"
@@ -123,6 +124,35 @@ Status set_up_controls(Host& host, const Options& o, AutoPreviewOff& auto_previe
     if (!o.keys.empty())
         if (Status s = load_keys(host, o.keys, key_count); !s.ok()) return s;
     return ok_status();
+}
+
+// Runs the frames before the chunk as cheaply as the entry points allow:
+// Low Quality runs the same element steps, depth rule and sort as every
+// other quality and skips the per-pixel texture mapping; nothing is written
+// and no input is read (the simulation depends on the controls and the frame
+// size, never on pixel values). The working resolution stays the render's:
+// another resolution would change the tile size and rebuild the grid.
+Status simulate_run_up(Host& host, int from, int to, const std::function<void(int)>& after_frame) {
+    sparkhost::Control* quality = host.control(kQualityControl);
+    double saved_value = 0;
+    std::map<float, float> saved_keys;
+    if (quality) {
+        saved_value = quality->value();
+        if (host.animated(kQualityControl)) saved_keys = host.curves().at(kQualityControl);
+        host.clear_keys(kQualityControl);
+        quality->set_value(kLowQuality);
+    }
+    Status status;
+    for (int f = from; f < to && status.ok(); ++f) {
+        if (!host.process(static_cast<std::uint32_t>(f)))
+            status = failure("frame " + std::to_string(f) + " (run-up): the plug-in returned no result");
+        if (after_frame) after_frame(f);
+    }
+    if (quality) {
+        quality->set_value(saved_value);
+        for (const auto& key : saved_keys) host.set_key(kQualityControl, key.first, key.second);
+    }
+    return status;
 }
 
 }  // namespace tools

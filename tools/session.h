@@ -2,6 +2,7 @@
 // host's buffers, the plug-in loaded and initialised at the inputs' size, and
 // its controls set from a setup, a preset, --set assignments and key files.
 #pragma once
+#include <functional>
 #include <memory>
 
 #include "sparkhost/host.h"
@@ -51,5 +52,9 @@ Status apply_controls(sparkhost::Host& host, const Options& o, AutoPreviewOff& a
 
 // The setup, then apply_controls, then the key file.
 Status set_up_controls(sparkhost::Host& host, const Options& o, AutoPreviewOff& auto_preview);
+
+// Runs frames `from` ... `to` - 1 of the shot for their simulation only;
+// `after_frame` is called after each.
+Status simulate_run_up(sparkhost::Host& host, int from, int to, const std::function<void(int)>& after_frame);
 
 }  // namespace tools
