@@ -163,7 +163,7 @@ void App::layout() {
     ImGui::SetNextWindowSize(ImVec2(kLeftWidth, h - top));
     if (ImGui::Begin("Controls", nullptr, fixed)) {
         if (ImGui::BeginTabBar("pages")) {
-            pages_->draw([this](bool processed) { changed(processed); });
+            pages_->draw();
             if (ImGui::BeginTabItem("Channels")) {
                 tree_.draw(shot_->host(), shot_->frame());
                 ImGui::EndTabItem();
@@ -245,11 +245,12 @@ void App::take_screenshot() {
     screenshot_path_.clear();
 }
 
+// One drawn frame. What may ask the user a question (a control's callback,
+// a script step) runs after the frame is shown, never inside it.
 void App::frame(bool nested) {
     const bool busy = transport_->playing || scripted_;
     window_.begin_frame(!busy);
     log_.collect(shot_->host());
-    if (scripted_ && !script_.finished()) script_.run_one(*this);
     if (!nested) transport_->tick([this](const tools::Status& s) { shown(s); });
     if (!nested) open_file_browser_request();
     layout();
@@ -260,6 +261,8 @@ void App::frame(bool nested) {
     if (!screenshot_path_.empty()) take_screenshot();
     glfwSwapBuffers(window_.handle());
     ++frames_drawn_;
+    pages_->apply([this](bool processed) { changed(processed); });
+    if (scripted_ && !script_.finished()) script_.run_one(*this);
 }
 
 int App::run() {

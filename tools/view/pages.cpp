@@ -72,7 +72,7 @@ void Pages::key_menu(Control& c) {
     ImGui::EndPopup();
 }
 
-void Pages::control(Control& c, const std::function<void(bool)>& changed) {
+void Pages::control(Control& c) {
     sparkhost::Host& host = shot_.host();
     const std::string id = "##c" + std::to_string(c.number);
     const bool greyed = disabled(c);
@@ -111,9 +111,8 @@ void Pages::control(Control& c, const std::function<void(bool)>& changed) {
             break;
         }
         case ControlKind::Push:
-            if (ImGui::Button((trimmed(c.title()) + id).c_str(), ImVec2(width, 0))) {
-                changed(shot_.press_button(c.number));
-            }
+            if (ImGui::Button((trimmed(c.title()) + id).c_str(), ImVec2(width, 0)))
+                changes_.push_back({c.number, 0, true});
             break;
         case ControlKind::Pup: {
             const int current = static_cast<int>(value);
@@ -144,10 +143,17 @@ void Pages::control(Control& c, const std::function<void(bool)>& changed) {
         ImGui::TextColored(keyed ? ImVec4(1, 0.8f, 0.2f, 1) : ImVec4(0.6f, 0.6f, 0.3f, 1), keyed ? "<>" : "~");
         if (ImGui::IsItemHovered()) ImGui::SetTooltip(keyed ? "key at this frame" : "animated");
     }
-    if (edited) changed(shot_.change_control(c.number, value));
+    if (edited) changes_.push_back({c.number, value, false});
 }
 
-void Pages::draw(const std::function<void(bool)>& changed) {
+void Pages::apply(const std::function<void(bool)>& changed) {
+    std::vector<Change> changes;
+    changes.swap(changes_);
+    for (const Change& c : changes)
+        changed(c.button ? shot_.press_button(c.number) : shot_.change_control(c.number, c.value));
+}
+
+void Pages::draw() {
     sparkhost::Host& host = shot_.host();
     for (int page = 0; page < 4; ++page) {
         std::string title = host.page_titles[page];
@@ -160,7 +166,7 @@ void Pages::draw(const std::function<void(bool)>& changed) {
             if (c->page() == page && c->slot() < kSlots) slots[c->slot()] = c;
         }
         for (Control* c : slots)
-            if (c && !host.hidden(c->number)) control(*c, changed);
+            if (c && !host.hidden(c->number)) control(*c);
         ImGui::EndTabItem();
     }
 }

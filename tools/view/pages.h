@@ -8,6 +8,7 @@
 #pragma once
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "tools/view/shot.h"
 
@@ -16,17 +17,27 @@ namespace view {
 class Pages {
 public:
     explicit Pages(Shot& shot) : shot_(shot) {}
-    // Draws the tabs' contents; `changed` is called after every change the
-    // user makes, with true when the plug-in processed the frame.
-    void draw(const std::function<void(bool processed)>& changed);
+    // Draws the tabs' contents and notes the changes the user makes.
+    void draw();
+    // Passes the changes noted to the plug-in, outside the window's frame: a
+    // callback may ask a question, which draws frames of its own until it is
+    // answered. `changed` is called after each, with true when the plug-in
+    // processed the frame.
+    void apply(const std::function<void(bool processed)>& changed);
     // True when the control cannot be changed from its page.
     static bool disabled(const sparkhost::Control& c);
 
 private:
-    void control(sparkhost::Control& c, const std::function<void(bool)>& changed);
+    void control(sparkhost::Control& c);
     void key_menu(sparkhost::Control& c);
 
     Shot& shot_;
+    struct Change {
+        int number;
+        double value;
+        bool button;
+    };
+    std::vector<Change> changes_;
 };
 
 // A control's title as its page shows it: the title format filled with the value.
