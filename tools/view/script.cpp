@@ -48,7 +48,7 @@ Status Script::load(const std::string& path) {
 
 void Script::run_one(App& app) {
     if (waiting_ > 0) {
-        --waiting_;
+        if (--waiting_ == 0 && pause_after_wait_) app.transport().playing = pause_after_wait_ = false;
         return;
     }
     if (next_ >= steps_.size()) return;
@@ -91,6 +91,7 @@ Status write_state(App& app, const std::string& path) {
     std::fprintf(f, "frame %d\nprocessed %ld\nredraws %ld\ncursor %d\nscale %.9g\norigin %d %d\n", shot.frame(),
                  shot.processed(), app.viewer().redraw_requests, app.window().cursor_shape(), app.viewer().scale(),
                  app.viewer().origin_x(), app.viewer().origin_y());
+    std::fprintf(f, "fps %.2f\nplaying %d\n", app.transport().fps(), app.transport().playing ? 1 : 0);
     std::fprintf(f, "unsaved %d\nquestion %d\nfile-dialog %d\n", shot.unsaved() ? 1 : 0, app.question_open() ? 1 : 0,
                  app.file_dialog().is_open() ? 1 : 0);
     for (const auto& kv : host.controls()) {
@@ -161,7 +162,14 @@ Status Script::run(App& app, const Step& step) {
         app.pointer_at_image(last_x_, last_y_, false);
         return tools::ok_status();
     }
-    if (verb == "step" || verb == "play") {
+    if (verb == "play") {
+        // Plays as the Play button does, one frame a drawn frame, for N frames.
+        app.transport().playing = true;
+        waiting_ = w.size() > 1 ? std::atoi(w[1].c_str()) : 1;
+        pause_after_wait_ = true;
+        return tools::ok_status();
+    }
+    if (verb == "step") {
         const int n = w.size() > 1 ? std::atoi(w[1].c_str()) : 1;
         for (int i = 0; i < n; ++i) {
             const Status s = shot.step();

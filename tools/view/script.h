@@ -8,7 +8,8 @@
 //   key "Z Speed"             a key at the current frame; unkey removes it
 //   press X Y | drag X Y | release | hover X Y
 //                             the pointer in the viewer, in image pixels
-//   step N | goto F | play N | restart | refresh
+//   step N | goto F | restart | refresh
+//   play N                    plays N frames as the Play button does
 //   answer yes|no             the open question
 //   choose-file PATH          the open file dialog (empty "" cancels)
 //   zoom fit|S | pan DX DY | show result|front|back|matte2d|matte3d
@@ -48,6 +49,7 @@ private:
     std::size_t next_ = 0;
     int waiting_ = 0;
     int failures_ = 0;
+    bool pause_after_wait_ = false;
     float last_x_ = 0, last_y_ = 0;  // where the pointer was last put
 };
 
