@@ -303,7 +303,7 @@ int App::run() {
     while (true) {
         frame(false);
         if (window_.close_requested()) request_close();
-        if (scripted_ && script_.finished() && !closing_) closing_ = close_asked_ = true;
+        if (scripted_ && script_.finished() && screenshot_path_.empty() && !closing_) closing_ = close_asked_ = true;
         if (!closing_) continue;
         if (!close_asked_ && shot_->unsaved()) {
             close_asked_ = true;
