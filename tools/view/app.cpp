@@ -87,16 +87,20 @@ void App::open_file_browser_request() {
     });
 }
 
-void App::save_as(bool keys) {
+// Loads or saves the setup or the key file through the file dialog.
+void App::setup_file(bool keys, bool saving) {
+    const std::string what = keys ? "keys" : "setup";
     const std::string current = keys ? keys_path_ : setup_path_;
     const std::string folder = current.empty() ? std::string() : std::filesystem::path(current).parent_path().string();
-    dialog_.open(keys ? "Save Keys" : "Save Setup", folder, true, [this, keys](const std::string& path) {
-        if (path.empty()) return;
-        const tools::Status s = keys ? shot_->save_keys(path) : shot_->save_setup(path);
-        if (!s.ok()) return log_.add(LogPanel::Error, s.message);
-        (keys ? keys_path_ : setup_path_) = path;
-        log_.add(LogPanel::Note, std::string(keys ? "keys" : "setup") + " saved to " + path);
-    });
+    dialog_.open(std::string(saving ? "Save " : "Load ") + (keys ? "Keys" : "Setup"), folder, saving,
+                 [this, keys, saving, what](const std::string& path) {
+                     if (path.empty()) return;
+                     const tools::Status s = saving ? (keys ? shot_->save_keys(path) : shot_->save_setup(path))
+                                                    : (keys ? shot_->load_keys(path) : shot_->load_setup(path));
+                     if (!s.ok()) return log_.add(LogPanel::Error, s.message);
+                     (keys ? keys_path_ : setup_path_) = path;
+                     log_.add(LogPanel::Note, what + (saving ? " saved to " : " loaded from ") + path);
+                 });
 }
 
 void App::menu_bar() {
@@ -109,24 +113,10 @@ void App::menu_bar() {
                     if (!path.empty()) shown(shot_->set_input(i, path));
                 });
         ImGui::Separator();
-        if (ImGui::MenuItem("Load Setup..."))
-            dialog_.open("Load Setup", "", false, [this](const std::string& path) {
-                if (path.empty()) return;
-                const tools::Status s = shot_->load_setup(path);
-                if (!s.ok()) return log_.add(LogPanel::Error, s.message);
-                setup_path_ = path;
-                log_.add(LogPanel::Note, "setup loaded from " + path);
-            });
-        if (ImGui::MenuItem("Save Setup...")) save_as(false);
-        if (ImGui::MenuItem("Load Keys..."))
-            dialog_.open("Load Keys", "", false, [this](const std::string& path) {
-                if (path.empty()) return;
-                const tools::Status s = shot_->load_keys(path);
-                if (!s.ok()) return log_.add(LogPanel::Error, s.message);
-                keys_path_ = path;
-                log_.add(LogPanel::Note, "keys loaded from " + path);
-            });
-        if (ImGui::MenuItem("Save Keys...")) save_as(true);
+        if (ImGui::MenuItem("Load Setup...")) setup_file(false, false);
+        if (ImGui::MenuItem("Save Setup...")) setup_file(false, true);
+        if (ImGui::MenuItem("Load Keys...")) setup_file(true, false);
+        if (ImGui::MenuItem("Save Keys...")) setup_file(true, true);
         ImGui::Separator();
         if (ImGui::MenuItem("Quit")) request_close();
         ImGui::EndMenu();

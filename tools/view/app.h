@@ -67,7 +67,7 @@ private:
     void handle_viewer_mouse();
     void take_screenshot();
     void open_file_browser_request();
-    void save_as(bool keys);
+    void setup_file(bool keys, bool saving);
 
     ViewOptions options_;
     Window window_;

@@ -84,22 +84,24 @@ void Pages::control(Control& c) {
     const float width = ImGui::GetContentRegionAvail().x - 28;
     switch (c.kind) {
         case ControlKind::Float:
-        case ControlKind::UserFloat: {
-            float v = static_cast<float>(value);
-            ImGui::SetNextItemWidth(width);
-            // The title is the slider's own format: "Z Speed: %.2f".
-            if (ImGui::SliderFloat(id.c_str(), &v, static_cast<float>(c.minimum()), static_cast<float>(c.maximum()),
-                                   c.title().c_str())) {
-                value = on_step(v, c.minimum(), c.maximum(), c.increment());
-                edited = true;
-            }
-            break;
-        }
+        case ControlKind::UserFloat:
         case ControlKind::Int: {
-            int v = static_cast<int>(value);
+            // The title is the slider's own format: "Z Speed: %.2f", "Seed: %d".
             ImGui::SetNextItemWidth(width);
-            if (ImGui::SliderInt(id.c_str(), &v, static_cast<int>(c.minimum()), static_cast<int>(c.maximum()),
-                                 c.title().c_str())) {
+            bool moved = false;
+            double v = value;
+            if (c.kind == ControlKind::Int) {
+                int i = static_cast<int>(value);
+                moved = ImGui::SliderInt(id.c_str(), &i, static_cast<int>(c.minimum()), static_cast<int>(c.maximum()),
+                                         c.title().c_str());
+                v = i;
+            } else {
+                float f = static_cast<float>(value);
+                moved = ImGui::SliderFloat(id.c_str(), &f, static_cast<float>(c.minimum()),
+                                           static_cast<float>(c.maximum()), c.title().c_str());
+                v = f;
+            }
+            if (moved) {
                 value = on_step(v, c.minimum(), c.maximum(), c.increment());
                 edited = true;
             }
