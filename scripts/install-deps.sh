@@ -7,7 +7,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libgl-dev libosmesa6-dev
   libopenimageio-dev libcli11-dev
-  libglfw3-dev libimgui-dev libgl1-mesa-dri xvfb xauth
+  libglfw3-dev libimgui-dev libgl1-mesa-dri xvfb xauth xdotool
 )
 
 missing=()

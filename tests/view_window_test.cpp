@@ -5,6 +5,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <filesystem>
+
 #include "tests/view_support.h"
 
 namespace {
@@ -228,6 +231,43 @@ TEST(ViewHostServices, ChannelTreeAmplitudeImportAndHelp) {
     EXPECT_EQ(args.substr(0, at), "-geometry +50+50 ");
     EXPECT_TRUE(std::filesystem::exists(page)) << page;
     EXPECT_NE(page.find("/dl/help/paneburst.htm"), std::string::npos) << page;
+}
+
+}  // namespace
+
+namespace {
+
+// The real mouse: XTest events from xdotool on the viewer's window. The
+// pointer pressed on the light's handle, dragged and released moves the
+// light; the wheel over the image zooms in.
+TEST(ViewMouse, RealPointerDragsTheLightAndTheWheelZooms) {
+    TempDir dir;
+    tool_support::write_text(dir.path("steps.txt"),
+                             "zoom 1\nset \"Auto Preview\" off\nset \"Use Light\" on\nwait 3\nstate ready.txt\n"
+                             "wait-for moved\nwait 3\nstate after.txt\n");
+    const std::string cmd = "cd " + tool_support::quote(dir.path("")) + " && (" +
+                            tool_support::quote(PANEBURST_VIEW_EXE) +
+                            " --script steps.txt >.stdout 2>.stderr </dev/null; echo $? >status) &";
+    ASSERT_EQ(std::system(cmd.c_str()), 0);
+    for (int i = 0; i < 600 && !std::filesystem::exists(dir.path("ready.txt")); ++i) usleep(100000);
+    const State ready = read_state(dir.path("ready.txt"));
+    ASSERT_EQ(ready.fields.count("origin"), 1u);
+    int ox = 0, oy = 0;
+    ASSERT_EQ(std::sscanf(ready.fields.at("origin").c_str(), "%d %d", &ox, &oy), 2);
+    // The light at (144, 388.8) of the 720 x 486 card, dragged to (360, 243).
+    auto point = [&](int x, int y) { return std::to_string(ox + x) + " " + std::to_string(oy + y); };
+    const std::string xdo = "xdotool search --sync --name '^paneburst-view$' windowfocus --sync"
+                            " mousemove --window %1 " + point(144, 389) + " sleep 0.5 mousedown 1 sleep 0.5"
+                            " mousemove --window %1 " + point(250, 320) + " sleep 0.5"
+                            " mousemove --window %1 " + point(360, 243) + " sleep 0.5 mouseup 1 sleep 0.5"
+                            " mousemove --window %1 " + point(300, 200) + " sleep 0.3 click 4 sleep 0.5";
+    EXPECT_EQ(std::system((xdo + " && touch " + tool_support::quote(dir.path("moved"))).c_str()), 0) << xdo;
+    for (int i = 0; i < 600 && !std::filesystem::exists(dir.path("status")); ++i) usleep(100000);
+    EXPECT_EQ(tool_support::file_bytes(dir.path("status")), "0\n") << tool_support::file_bytes(dir.path(".stderr"));
+    const State after = read_state(dir.path("after.txt"));
+    EXPECT_EQ(after[36], 50);
+    EXPECT_EQ(after[37], 50);
+    EXPECT_DOUBLE_EQ(std::stod(after.fields.at("scale")), 1.25) << "one wheel step up";
 }
 
 }  // namespace

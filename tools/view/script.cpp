@@ -1,6 +1,7 @@
 #include "tools/view/script.h"
 
 #include <cctype>
+#include <filesystem>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -47,6 +48,17 @@ Status Script::load(const std::string& path) {
 }
 
 void Script::run_one(App& app) {
+    if (!wait_file_.empty()) {
+        // Another program (a test moving the real mouse) says when it is done.
+        const bool there = std::filesystem::exists(wait_file_);
+        if (!there && std::chrono::steady_clock::now() < wait_until_) return;
+        if (!there) {
+            ++failures_;
+            app.log().add(LogPanel::Error, path_ + ": " + wait_file_ + " did not appear within 60 seconds");
+        }
+        wait_file_.clear();
+        return;
+    }
     if (waiting_ > 0) {
         if (--waiting_ == 0 && pause_after_wait_) app.transport().playing = pause_after_wait_ = false;
         return;
@@ -238,6 +250,12 @@ Status Script::run(App& app, const Step& step) {
     }
     if (verb == "wait") {
         waiting_ = w.size() > 1 ? std::atoi(w[1].c_str()) : 1;
+        return tools::ok_status();
+    }
+    if (verb == "wait-for") {
+        if (Status s = need(w, 2, "wait-for FILE"); !s.ok()) return s;
+        wait_file_ = w[1];
+        wait_until_ = std::chrono::steady_clock::now() + std::chrono::seconds(60);
         return tools::ok_status();
     }
     if (verb == "quit") {

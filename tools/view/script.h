@@ -17,8 +17,10 @@
 //   save-setup F | load-setup F | save-keys F | load-keys F | open-input N F
 //   state FILE                the viewer's state as "name value" lines
 //   wait N                    N frames drawn with nothing done
+//   wait-for FILE             frames drawn until FILE exists (another program's signal)
 //   quit                      closes, asking about unsaved changes
 #pragma once
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -31,7 +33,7 @@ class App;
 class Script {
 public:
     tools::Status load(const std::string& path);
-    bool finished() const { return next_ >= steps_.size() && waiting_ == 0; }
+    bool finished() const { return next_ >= steps_.size() && waiting_ == 0 && wait_file_.empty(); }
     // Runs the next step (or one frame of a wait). Errors go to the log and
     // make the program end with a failure status.
     void run_one(App& app);
@@ -50,6 +52,8 @@ private:
     int waiting_ = 0;
     int failures_ = 0;
     bool pause_after_wait_ = false;
+    std::string wait_file_;  // wait-for: drawing on until the file exists
+    std::chrono::steady_clock::time_point wait_until_;
     float last_x_ = 0, last_y_ = 0;  // where the pointer was last put
 };
 
