@@ -74,16 +74,14 @@ bool App::ask(const std::string& question) {
     return answer_ == 1;
 }
 
+// The plug-in opened the host's file browser (Import Amplitude File): the
+// viewer's dialog answers it, in the folder the plug-in asked for.
 void App::open_file_browser_request() {
     sparkhost::Host& host = shot_->host();
     if (!host.file_request || dialog_.is_open()) return;
-    const std::string folder = host.file_request->directory;
-    host.file_request->directory.clear();  // shown: not again
-    if (folder.empty() && !host.file_request->done) return;
-    dialog_.open("Import Amplitude File", folder, false, [this](const std::string& path) {
-        sparkhost::Host& h = shot_->host();
+    dialog_.open("Import Amplitude File", host.file_request->directory, false, [this](const std::string& path) {
         if (!path.empty()) log_.add(LogPanel::Note, "importing " + path);
-        h.complete_file_request(path);
+        shot_->host().complete_file_request(path);
     });
 }
 
