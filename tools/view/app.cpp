@@ -283,6 +283,7 @@ int App::run() {
     };
     host.on_viewing_cursor = [this](int shape) { window_.set_cursor_shape(shape); };
     tree_.build(host);
+    for (const std::string& line : shot_->startup_lines()) log_.add(LogPanel::Note, line);
     log_.collect(host);
     log_.add(LogPanel::Note, "frame " + std::to_string(shot_->frame()) + " of " +
                                  (options_.shot.front.empty() ? std::string("the test card") : options_.shot.front) +

@@ -1,5 +1,9 @@
 #include "tools/view/shot.h"
 
+#include <unistd.h>
+
+#include <cstdio>
+
 #include "tools/control_settings.h"
 #include "tools/keys_file.h"
 #include "tools/keys_writer.h"
@@ -10,16 +14,52 @@ using tools::Status;
 
 namespace {
 constexpr int kRestartButton = 29;
-}
+
+// The plug-in prints its start-up banner on standard output; the viewer
+// shows it in its log instead.
+class StdoutCapture {
+public:
+    StdoutCapture() {
+        std::fflush(stdout);
+        file_ = std::tmpfile();
+        saved_ = dup(STDOUT_FILENO);
+        if (file_ && saved_ >= 0) dup2(fileno(file_), STDOUT_FILENO);
+    }
+    std::vector<std::string> lines() {
+        std::fflush(stdout);
+        if (saved_ >= 0) {
+            dup2(saved_, STDOUT_FILENO);
+            close(saved_);
+            saved_ = -1;
+        }
+        std::vector<std::string> out;
+        if (!file_) return out;
+        std::rewind(file_);
+        char line[1024];
+        while (std::fgets(line, sizeof line, file_)) {
+            std::string text = line;
+            while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
+            if (!text.empty()) out.push_back(text);
+        }
+        std::fclose(file_);
+        file_ = nullptr;
+        return out;
+    }
+    ~StdoutCapture() { lines(); }
+
+private:
+    std::FILE* file_ = nullptr;
+    int saved_ = -1;
+};
+}  // namespace
 
 Status Shot::open() {
     int width = 0, height = 0, bits = 8;
     if (Status s = inputs_.probe(options_, width, height, bits); !s.ok()) return s;
     if (Status s = tools::load_plugin(options_, width, height, bits, host_); !s.ok()) return s;
-    {
-        tools::BannerToStderr banner(false);
-        host_->initialise();
-    }
+    StdoutCapture capture;
+    host_->initialise();
+    startup_lines_ = capture.lines();
     {
         // The start-up values are the shot's, not user changes: no callback
         // may process a frame before the first one.

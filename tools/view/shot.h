@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "sparkhost/host.h"
 #include "tools/options.h"
@@ -62,6 +63,8 @@ public:
     tools::Status load_keys(const std::string& path);
     bool unsaved() const;
 
+    // What the plug-in printed while it started.
+    const std::vector<std::string>& startup_lines() const { return startup_lines_; }
     // Frames processed by the plug-in so far, by the viewer or by callbacks.
     long processed() const { return processed_; }
 
@@ -74,6 +77,7 @@ private:
 
     tools::Options options_;
     tools::Inputs inputs_;
+    std::vector<std::string> startup_lines_;
     std::unique_ptr<sparkhost::Host> host_;
     int frame_ = 0;
     long processed_ = 0;
