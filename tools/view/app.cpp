@@ -130,9 +130,15 @@ void App::viewer_settings() {
     ImGui::Text("%.0f%%", viewer_->scale() * 100);
     ImGui::SameLine();
     ImGui::SetNextItemWidth(120);
-    if (ImGui::BeginCombo("Show", source_name(viewer_->source))) {
+    // The inputs under the titles the plug-in gave them ("1: Disintegrate").
+    auto name = [this](Source s) {
+        const int clip = static_cast<int>(s) - 2;
+        const std::string& title = clip >= 0 ? shot_->host().clip_titles[clip] : std::string();
+        return title.empty() ? std::string(source_name(s)) : title;
+    };
+    if (ImGui::BeginCombo("Show", name(viewer_->source).c_str())) {
         for (Source s : {Source::Result, Source::Front, Source::Back, Source::Matte2D, Source::Matte3D})
-            if (ImGui::Selectable(source_name(s), s == viewer_->source)) viewer_->source = s;
+            if (ImGui::Selectable(name(s).c_str(), s == viewer_->source)) viewer_->source = s;
         ImGui::EndCombo();
     }
     ImGui::SameLine();

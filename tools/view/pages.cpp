@@ -136,7 +136,14 @@ void Pages::control(Control& c) {
             }
             break;
         }
-        case ControlKind::String: break;
+        case ControlKind::String: {
+            // A text or file field: edited in place, passed on with Enter.
+            auto* d = static_cast<SparkStringDesc*>(c.descriptor);
+            ImGui::SetNextItemWidth(width);
+            if (ImGui::InputText(id.c_str(), d->text, sizeof d->text, ImGuiInputTextFlags_EnterReturnsTrue))
+                changes_.push_back({c.number, 0, true});
+            break;
+        }
     }
     if (greyed) ImGui::EndDisabled();
     if (c.kind != ControlKind::Push && c.kind != ControlKind::String) key_menu(c);

@@ -1,7 +1,7 @@
 // The plug-in's pages of controls, built from its descriptors as the host
 // builds them: a tab per page with the plug-in's page title, each control at
 // its slot, sliders with the descriptor's title format, range and step,
-// checkboxes, popups, push buttons and the colour pot. Hidden controls are
+// checkboxes, popups, push buttons, the colour pot and text fields. Hidden controls are
 // left out; a slider whose range the plug-in has closed (minimum = maximum)
 // or a popup reduced to one entry is greyed. A right click on a control
 // offers keys at the current frame; animated controls are marked.
