@@ -24,7 +24,7 @@ using view_support::view;
 TEST(ViewHandles, DraggingAHandleWritesItsControls) {
     struct Case {
         const char* name;
-        const char* setup;
+        const char* setup;  // after "zoom 1"
         float from_x, from_y, to_x, to_y;
         std::vector<std::pair<int, double>> expected;
     };
@@ -39,6 +39,9 @@ TEST(ViewHandles, DraggingAHandleWritesItsControls) {
         {"cone tip", "set \"Use Wind\" on\n", 74.5f, 244.5f, 648, 294.4f, {{70, 180}, {65, 90}, {67, 10}}},
         // The line moves with its midpoint: both ends shift by (0, +48.6).
         {"wind line", "set \"Use Wind\" on\n", 360, 194.4f, 360, 243, {{65, 90}, {66, 50}, {67, 10}, {68, 50}}},
+        // At zoom 2 the viewer's pixels are half an image pixel: the light
+        // still lands where the pointer is, in image pixels.
+        {"light at zoom 2", "zoom 2\nset \"Use Light\" on\n", 144, 389, 300, 300, {{36, 41.6667}, {37, 61.7284}}},
     };
     for (const Case& c : cases) {
         TempDir dir;
@@ -279,6 +282,36 @@ TEST(ViewMouse, RealPointerDragsTheLightAndTheWheelZooms) {
     EXPECT_EQ(after[36], 50);
     EXPECT_EQ(after[37], 50);
     EXPECT_DOUBLE_EQ(std::stod(after.fields.at("scale")), 1.25) << "one wheel step up";
+}
+
+}  // namespace
+
+namespace {
+
+// Inputs opened from the window: a front of the shot's size is shown as it
+// is and replaces the test card; one of another size is refused. The shot
+// loops back to its first frame after its last; keys are saved in the key
+// file format.
+TEST(ViewInputs, OpenedFrontLoopAndSavedKeys) {
+    TempDir dir;
+    const auto front = tool_support::pattern8(720, 486, 0);
+    tool_support::write_picture(dir.path("front.png"), 720, 486, 3, "uint8", front.data());
+    const auto small = tool_support::pattern8(64, 48, 0);
+    tool_support::write_picture(dir.path("small.png"), 64, 48, 3, "uint8", small.data());
+    const auto run = view(dir,
+                          "zoom 1\nset \"Clear Overlay\" on\nopen-input 0 front.png\nshow front\n"
+                          "screenshot-image shown.png\nstep 2\nstate last.txt\nstep\nstate looped.txt\n"
+                          "set \"Gloss\" 1\nset \"Seed\" 52\nkey Seed\nsave-keys k.keys\nopen-input 1 small.png\n",
+                          {"--frames", "1-3"});
+    EXPECT_EQ(run.status, 1) << "the small back is refused";
+    EXPECT_NE(run.err.find("small.png is 64x48, the shot is 720x486"), std::string::npos) << run.err;
+    const auto shown = pixels(dir.path("shown.png"));
+    ASSERT_EQ(shown.size(), front.size());
+    for (std::size_t i = 0; i < front.size(); ++i) ASSERT_EQ(shown[i], front[i] * 257u) << i;
+    EXPECT_EQ(read_state(dir.path("last.txt")).field("frame"), 3);
+    EXPECT_EQ(read_state(dir.path("looped.txt")).field("frame"), 1);
+    EXPECT_NE(run.err.find("\"Gloss\" is hidden"), std::string::npos) << "Use Light is off";
+    EXPECT_EQ(tool_support::file_bytes(dir.path("k.keys")), "# paneburst keys: frame  control = value\n1      Seed = 52\n");
 }
 
 }  // namespace
