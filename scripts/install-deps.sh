@@ -10,6 +10,7 @@ packages=(
   libgl-dev libosmesa6-dev
   libopenimageio-dev libcli11-dev
   slurm-wlm slurm-client munge
+  libglfw3-dev libimgui-dev libgl1-mesa-dri xvfb xauth xdotool
 )
 [ $# -eq 0 ] || packages=("$@")
 

@@ -71,6 +71,8 @@ std::unique_ptr<Host> Host::load(const std::string& path, std::string& error) {
             return nullptr;
         }
     }
+    e.overlay = reinterpret_cast<decltype(e.overlay)>(dlsym(handle, "SparkOverlay"));
+    e.interact = reinterpret_cast<decltype(e.interact)>(dlsym(handle, "SparkInteract"));
     host->discover_controls();
     return host;
 }
@@ -150,6 +152,19 @@ unsigned long* Host::call_callback(int number, int argument) {
     return c->callback()(argument, frame_record(current_frame));
 }
 
+void Host::overlay(float zoom) {
+    if (entry.overlay) entry.overlay(frame_record(current_frame), zoom);
+}
+
+unsigned long* Host::interact(float pressure, float x, float y) {
+    return entry.interact ? entry.interact(frame_record(current_frame), 0, 0, pressure, x, y) : nullptr;
+}
+
+void Host::complete_file_request(const std::string& path) {
+    std::unique_ptr<FileRequest> request = std::move(file_request);
+    if (request && request->done && !path.empty()) request->done(path.c_str());
+}
+
 unsigned long* Host::change_control(int number, double value, int argument) {
     Control* c = control(number);
     if (!c) return nullptr;
@@ -168,6 +183,16 @@ void Host::apply_animation(float frame) {
 
 void Host::set_key(int number, float frame, float value) { curves_[number][frame] = value; }
 void Host::clear_keys(int number) { curves_.erase(number); }
+void Host::delete_key(int number, float frame) {
+    auto it = curves_.find(number);
+    if (it == curves_.end()) return;
+    it->second.erase(frame);
+    if (it->second.empty()) curves_.erase(it);
+}
+bool Host::has_key(int number, float frame) const {
+    auto it = curves_.find(number);
+    return it != curves_.end() && it->second.count(frame) != 0;
+}
 bool Host::animated(int number) const {
     auto it = curves_.find(number);
     return it != curves_.end() && !it->second.empty();

@@ -105,6 +105,15 @@ struct EntryPoints {
     int (*clips)() = nullptr;
     void (*memory_temp_buffers)() = nullptr;
     unsigned long* (*process)(HostFrameRecord) = nullptr;
+    // The viewer's entry points; a plug-in without an overlay has none.
+    void (*overlay)(HostFrameRecord, float) = nullptr;
+    unsigned long* (*interact)(HostFrameRecord, int, int, float, float, float) = nullptr;
+};
+
+// A file browser the plug-in opened and the user has not answered yet.
+struct FileRequest {
+    std::string directory, extension;
+    void (*done)(const char* path) = nullptr;
 };
 
 class Host {
@@ -125,6 +134,11 @@ public:
     std::string setup_path;                                  // empty: setups are not kept
     std::string working_dir;                                 // default: the current directory
     std::function<std::string(const std::string&, const std::string&)> file_browser;
+    // Without a synchronous file_browser, a browser the plug-in opens is kept
+    // here until the viewer's dialog answers it: complete_file_request hands
+    // the chosen path to the plug-in, an empty path cancels.
+    std::unique_ptr<FileRequest> file_request;
+    void complete_file_request(const std::string& path);
     bool echo_messages = true;  // print messages on standard error
     // Viewer hooks a viewer can set.
     std::function<void()> on_viewing_draw;
@@ -143,6 +157,11 @@ public:
     // Calls a control's callback as the host does: argument 1 and the current
     // frame record. Returns what the callback returned.
     unsigned long* call_callback(int control, int argument = 1);
+    // The viewer's redraw (SparkOverlay with the current frame record) and one
+    // pointer event over it (SparkInteract). Both do nothing without the entry
+    // points; interact returns what SparkInteract returned.
+    void overlay(float zoom);
+    unsigned long* interact(float pressure, float x, float y);
 
     HostFrameRecord frame_record(std::uint32_t frame_number) const;
     std::uint32_t current_frame = 0;
@@ -175,6 +194,8 @@ public:
     // Animation channels.
     void set_key(int control, float frame, float value);
     void clear_keys(int control);
+    void delete_key(int control, float frame);
+    bool has_key(int control, float frame) const;
     bool animated(int control) const;
     float curve_value(int control, float frame) const;
     const std::map<int, std::map<float, float>>& curves() const { return curves_; }

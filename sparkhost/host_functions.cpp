@@ -145,7 +145,11 @@ void sparkWorkingDir(char* buffer) {
 
 void sparkFileBrowserDisplay(const char* directory, const char* extension, void (*done)(const char* path)) {
     Host* h = host();
-    if (!h || !h->file_browser || !done) return;
+    if (!h || !done) return;
+    if (!h->file_browser) {
+        h->file_request.reset(new sparkhost::FileRequest{directory ? directory : "", extension ? extension : "", done});
+        return;
+    }
     const std::string chosen = h->file_browser(directory ? directory : "", extension ? extension : "");
     if (!chosen.empty()) done(chosen.c_str());
 }

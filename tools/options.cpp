@@ -6,19 +6,11 @@
 #include <filesystem>
 
 #include "tools/output_writer.h"
+#include "tools/shared_options.h"
 
 namespace tools {
 
 namespace {
-
-Status parse_size(const std::string& text, int& width, int& height) {
-    char x = 0;
-    char rest = 0;
-    if (std::sscanf(text.c_str(), "%d%c%d%c", &width, &x, &height, &rest) != 3 || (x != 'x' && x != 'X') ||
-        width < 1 || height < 1 || width > 16384 || height > 16384)
-        return usage_error("--size " + text + ": not a frame size (use WIDTHxHEIGHT, e.g. 1920x1080)");
-    return ok_status();
-}
 
 // The same file as the folder tree names it ("./a/../o.png" is "o.png").
 std::string same_file_key(const std::string& path) {
@@ -65,15 +57,9 @@ Status parse_options(int argc, char** argv, Options& o, bool& exit_now,
         "With no --front it renders a generated test card over a gradient."};
     app.get_formatter()->column_width(34);
 
-    std::string frames = "1", size;
-    app.add_option("--front", o.front, "front clip: shot.%04d.exr, shot.####.dpx, or a still")->group("Inputs");
-    app.add_option("--back", o.back, "back clip (default: black; the test card's gradient with no --front)")
-        ->group("Inputs");
-    app.add_option("--matte2d", o.matte_2d, "2D matte (default: white)")->group("Inputs");
-    app.add_option("--matte3d", o.matte_3d, "3D matte (default: white)")->group("Inputs");
-    app.add_option("--size", size, "test card size WIDTHxHEIGHT (default 720x486)")->group("Inputs");
-
-    app.add_option("--frames", frames, "frames to render, FIRST-LAST (default 1)")->group("Frames");
+    SharedOptionText text;
+    add_input_options(app, o, text);
+    add_frame_option(app, text, "to render");
     std::string shot_start, contact_every;
     app.add_option("--shot-start", shot_start,
                    "first frame of the shot: frames before --frames are simulated, not written")
@@ -91,32 +77,12 @@ Status parse_options(int argc, char** argv, Options& o, bool& exit_now,
         ->check(CLI::IsMember({8, 12}))
         ->group("Output");
 
-    app.add_option("--preset", o.preset, "demo preset: explosion|confetti|venetianv|venetianh")
-        ->check(CLI::IsMember({"explosion", "confetti", "venetianv", "venetianh"}, CLI::ignore_case))
-        ->group("Controls");
-    app.add_option("--set", o.sets, "set a control by title or number: --set \"Z Speed=6\" --set 15=6")
-        ->allow_extra_args(false)
-        ->group("Controls");
-    app.add_option("--quality", o.quality, "render quality: high|med|low|wireframe")
-        ->check(CLI::IsMember({"high", "med", "low", "wireframe"}, CLI::ignore_case))
-        ->group("Controls");
-    app.add_option("--resolution", o.resolution, "working resolution: FULL, 1/2, 1/3, 1/4, 1/6, 1/8, 1/12, 1/16, 1/32")
-        ->group("Controls");
-    app.add_option("--blend", o.blend, "blend with the front, 0..100")->group("Controls");
-    app.add_option("--keys", o.keys, "key file animating controls (see README)")->group("Controls");
-    app.add_option("--setup", o.setup, "load a saved setup before the other controls")->group("Controls");
+    add_control_options(app, o);
     app.add_option("--save-setup", o.save_setup, "save the setup the render uses")->group("Controls");
     app.add_flag("--list-controls", o.list_controls, "print every control and exit")->group("Controls");
 
-    app.add_option("--bands", o.bands, "bands a frame is split into, the processor count reported (default 16)")
-        ->check(CLI::Range(1, 127))
-        ->group("Machine");
-    app.add_option("--threads", o.threads, "worker threads running the bands (default: every core)")
-        ->check(CLI::Range(0, 1024))
-        ->group("Machine");
+    add_machine_options(app, o);
     app.add_flag("--quiet,-q", o.quiet, "no progress, only warnings and errors")->group("Machine");
-    app.add_option("--plugin", o.plugin, "plug-in file (default: beside the program, or $PANEBURST_PLUGIN)")
-        ->group("Machine");
 
     if (extend) extend(app);
     try {
@@ -131,7 +97,7 @@ Status parse_options(int argc, char** argv, Options& o, bool& exit_now,
         return usage_error(text + " (see --help)");
     }
 
-    if (Status s = parse_frame_range(frames, o.frames); !s.ok()) return s;
+    if (Status s = finish_shared_options(o, text); !s.ok()) return s;
     if (!shot_start.empty())
         if (Status s = parse_frame_number("--shot-start", shot_start, o.shot_start); !s.ok()) return s;
     if (!contact_every.empty() && (contact_every.size() > 9 || contact_every.find_first_not_of("0123456789") !=
@@ -140,19 +106,10 @@ Status parse_options(int argc, char** argv, Options& o, bool& exit_now,
     if (o.shot_start >= 0 && o.shot_start > o.frames.first)
         return usage_error("--shot-start " + std::to_string(o.shot_start) + " comes after the first frame " +
                            std::to_string(o.frames.first));
-    if (!size.empty()) {
-        if (!o.front.empty()) return usage_error("--size sets the test card's size; it cannot be used with --front");
-        if (Status s = parse_size(size, o.card_width, o.card_height); !s.ok()) return s;
-        o.card_size_given = true;
-    }
     if (!o.list_controls && o.out.empty() && o.contact_sheet.empty() && o.save_setup.empty())
         return usage_error("nothing to write: give --out, --contact-sheet or --save-setup");
     if (!o.out.empty() && o.frames.count() > 1 && !FramePattern(o.out).is_sequence())
         return usage_error("--out " + o.out + ": several frames need a frame number in the name (%04d or ####)");
-    // A folder opens like an empty file: it would be read as one with no lines.
-    for (const auto& [option, name] : {std::pair<const char*, const std::string&>{"--setup", o.setup}, {"--keys", o.keys}})
-        if (std::error_code ec; !name.empty() && std::filesystem::is_directory(name, ec))
-            return usage_error(std::string(option) + " " + name + ": a folder, not a file");
     return o.list_controls ? ok_status() : check_output_names(o);
 }
 

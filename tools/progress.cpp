@@ -28,7 +28,14 @@ std::string clock_text(double seconds) {
 }
 }  // namespace
 
+namespace {
+std::function<void(const std::string&)> g_warning_sink;
+}
+
+void set_warning_sink(std::function<void(const std::string&)> sink) { g_warning_sink = std::move(sink); }
+
 void warn(const std::string& text) {
+    if (g_warning_sink) return g_warning_sink(text);
     clear_bar();
     std::fprintf(stderr, "paneburst-render: warning: %s\n", text.c_str());
     std::fflush(stderr);

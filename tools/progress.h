@@ -3,11 +3,14 @@
 // Warnings always go to standard error, on a line of their own.
 #pragma once
 #include <chrono>
+#include <functional>
 #include <string>
 
 namespace tools {
 
 void warn(const std::string& text);
+// Where warnings go instead of standard error (a window's log); empty: back to standard error.
+void set_warning_sink(std::function<void(const std::string&)> sink);
 
 class Progress {
 public:

@@ -1,59 +1,28 @@
 #include "tools/render_job.h"
 
 #include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "sparkhost/host.h"
-#include "sparkhost/plugin_path.h"
 #include "tools/contact_sheet.h"
 #include "tools/control_settings.h"
-#include "tools/input_clip.h"
-#include "tools/keys_file.h"
 #include "tools/output_writer.h"
 #include "tools/progress.h"
-#include "tools/test_card.h"
+#include "tools/session.h"
 
 namespace tools {
 
 namespace {
 
 using sparkhost::Host;
-
-// The plug-in prints its start-up banner on standard output. The tool keeps
-// standard output for what it was asked to print (--list-controls), so the
-// banner goes to standard error, or nowhere with --quiet.
-class BannerToStderr {
-public:
-    explicit BannerToStderr(bool quiet) {
-        std::fflush(stdout);
-        saved_ = dup(STDOUT_FILENO);
-        const int target = quiet ? open("/dev/null", O_WRONLY) : dup(STDERR_FILENO);
-        if (target >= 0) {
-            dup2(target, STDOUT_FILENO);
-            close(target);
-        }
-    }
-    ~BannerToStderr() {
-        std::fflush(stdout);
-        if (saved_ >= 0) {
-            dup2(saved_, STDOUT_FILENO);
-            close(saved_);
-        }
-    }
-
-private:
-    int saved_ = -1;
-};
 
 bool exists(const std::string& path) {
     struct stat st {};
@@ -74,65 +43,6 @@ public:
 private:
     Host& host_;
     std::size_t shown_ = 0;
-};
-
-// The four inputs with their host buffers (2 front, 3 back, 4 and 5 mattes).
-struct Inputs {
-    InputClip clips[4];
-    bool clipped_warned = false;
-
-    explicit Inputs(const Options& o)
-        : clips{{"front", o.front}, {"back", o.back}, {"2D matte", o.matte_2d}, {"3D matte", o.matte_3d}} {}
-
-    // The frame size and the depth the sources need.
-    Status probe(const Options& o, int& width, int& height, int& bits) {
-        width = o.card_width;
-        height = o.card_height;
-        bits = 8;
-        for (int i = 0; i < 4; ++i) {
-            if (!clips[i].given()) continue;
-            ImageInfo info;
-            if (Status s = clips[i].probe(o.frames.first, info); !s.ok()) return s;
-            if (i == 0) {
-                width = info.width;
-                height = info.height;
-            } else if (info.width != width || info.height != height) {
-                return usage_error(clips[i].role() + " " + clips[i].pattern().at(o.frames.first) + " is " +
-                                   std::to_string(info.width) + "x" + std::to_string(info.height) + ", the " +
-                                   (clips[0].given() ? "front" : "test card") + " is " + std::to_string(width) +
-                                   "x" + std::to_string(height) + ": all inputs must have the front's size");
-            }
-            bits = std::max(bits, info.bits);
-        }
-        return ok_status();
-    }
-
-    Status load(Host& host, int frame) {
-        if (!clips[0].given()) draw_test_card(host.buffer(2), frame);
-        for (int i = 0; i < 4; ++i) {
-            if (!clips[i].given()) continue;
-            bool clipped = false;
-            if (Status s = clips[i].load(frame, host.buffer(i + 2), clipped); !s.ok()) return s;
-            if (clipped && !clipped_warned) {
-                warn(clips[i].role() + " " + clips[i].pattern().at(frame) +
-                     ": values outside 0..1 clipped (shown once for the whole render)");
-                clipped_warned = true;
-            }
-        }
-        return ok_status();
-    }
-
-    // What stands in for the inputs not given.
-    void fill_defaults(Host& host) {
-        if (!clips[1].given()) {
-            if (clips[0].given())
-                fill_buffer(host.buffer(3), 0);
-            else
-                draw_gradient(host.buffer(3));
-        }
-        for (int i = 2; i < 4; ++i)
-            if (!clips[i].given()) fill_buffer(host.buffer(i + 2), 255);
-    }
 };
 
 // The frames of the range that already exist, found with one listing of the
@@ -203,60 +113,6 @@ void warn_unused_mattes(Host& host, const Options& o) {
     }
 }
 
-Status apply_controls(Host& host, const Options& o, AutoPreviewOff& auto_preview) {
-    if (!o.preset.empty()) apply_preset(host, o.preset);
-    for (const std::string& s : o.sets)
-        if (Status st = apply_setting(host, s, "--set", &auto_preview); !st.ok()) return st;
-    if (!o.quality.empty()) {
-        if (host.control(kQualityControl)) {
-            if (Status s = apply_setting(host, std::to_string(kQualityControl) + "=" + o.quality, "--quality");
-                !s.ok())
-                return s;
-        } else {
-            warn("--quality " + o.quality + ": this plug-in has no Render Quality control (" +
-                 std::to_string(kQualityControl) + "); ignored");
-        }
-    }
-    if (!o.resolution.empty())
-        if (Status s = apply_setting(host, std::to_string(kResolutionControl) + "=" + o.resolution, "--resolution");
-            !s.ok())
-            return s;
-    if (!o.blend.empty())
-        if (Status s = apply_setting(host, std::to_string(kBlendControl) + "=" + o.blend, "--blend"); !s.ok())
-            return s;
-    return ok_status();
-}
-
-// Runs the frames before the chunk as cheaply as the entry points allow:
-// Low Quality runs the same element steps, depth rule and sort as every
-// other quality and skips the per-pixel texture mapping; nothing is written
-// and no input is read (the simulation depends on the controls and the frame
-// size, never on pixel values). The working resolution stays the render's:
-// another resolution would change the tile size and rebuild the grid.
-Status simulate_run_up(Host& host, const Options& o, int shot_start, Progress& progress, MessageRelay& relay) {
-    sparkhost::Control* quality = host.control(kQualityControl);
-    double saved_value = 0;
-    std::map<float, float> saved_keys;
-    if (quality) {
-        saved_value = quality->value();
-        if (host.animated(kQualityControl)) saved_keys = host.curves().at(kQualityControl);
-        host.clear_keys(kQualityControl);
-        quality->set_value(kLowQuality);
-    }
-    Status status;
-    for (int f = shot_start; f < o.frames.first && status.ok(); ++f) {
-        if (!host.process(static_cast<std::uint32_t>(f)))
-            status = failure("frame " + std::to_string(f) + " (run-up): the plug-in returned no result");
-        relay.flush();
-        progress.preroll_done(f);
-    }
-    if (quality) {
-        quality->set_value(saved_value);
-        for (const auto& key : saved_keys) host.set_key(kQualityControl, key.first, key.second);
-    }
-    return status;
-}
-
 // The memory a frame of the render needs, for the check before the first
 // frame and the message when it runs out.
 struct FrameMemory {
@@ -293,16 +149,11 @@ Status render(const Options& o, FrameMemory& memory) {
     if (!o.list_controls && !o.save_setup.empty())
         if (Status s = prepare_folder(o.save_setup); !s.ok()) return s;
 
-    const std::string plugin = o.plugin.empty() ? sparkhost::default_plugin_path() : o.plugin;
-    std::string error;
-    std::unique_ptr<Host> host = Host::load(plugin, error);
-    if (!host) return failure(error);
-    host->echo_messages = false;
-    host->settings.width = o.list_controls ? o.card_width : width;
-    host->settings.height = o.list_controls ? o.card_height : height;
-    host->settings.depth_bits = bits;
-    host->settings.bands = o.bands;
-    host->settings.threads = o.threads;
+    std::unique_ptr<Host> host;
+    if (Status s = o.list_controls ? load_plugin(o, o.card_width, o.card_height, 8, host)
+                                   : load_plugin(o, width, height, bits, host);
+        !s.ok())
+        return s;
     memory.width = host->settings.width;
     memory.height = host->settings.height;
     memory.deep = host->settings.depth_bits == 12;
@@ -314,15 +165,8 @@ Status render(const Options& o, FrameMemory& memory) {
         host->initialise();
     }
     relay.flush();
-    if (!o.setup.empty()) {
-        if (!std::ifstream(o.setup)) return failure("--setup " + o.setup + ": cannot read the file");
-        if (!host->load_setup(o.setup, error, setup_value_check(o.setup))) return usage_error(error);
-    }
     AutoPreviewOff auto_preview(*host);
-    if (Status s = apply_controls(*host, o, auto_preview); !s.ok()) return s;
-    int key_count = 0;
-    if (!o.keys.empty())
-        if (Status s = load_keys(*host, o.keys, key_count); !s.ok()) return s;
+    if (Status s = set_up_controls(*host, o, auto_preview); !s.ok()) return s;
     relay.flush();
     if (o.list_controls) {
         list_controls(*host, defaults);
@@ -351,7 +195,13 @@ Status render(const Options& o, FrameMemory& memory) {
 
     const int shot_start = o.shot_start >= 0 ? o.shot_start : o.frames.first;
     Progress progress(o.frames.count(), o.frames.first - shot_start, o.quiet);
-    if (Status s = simulate_run_up(*host, o, shot_start, progress, relay); !s.ok()) return s;
+    if (Status s = simulate_run_up(*host, shot_start, o.frames.first,
+                                   [&](int f) {
+                                       relay.flush();
+                                       progress.preroll_done(f);
+                                   });
+        !s.ok())
+        return s;
 
     ContactSheet sheet(o.thumb_width, o.contact_every);
     const FramePattern out(o.out);
