@@ -39,30 +39,38 @@ Status Inputs::probe(const Options& o, int& width, int& height, int& bits) {
     return ok_status();
 }
 
-Status Inputs::load(Host& host, int frame) {
-    if (!clips[0].given()) draw_test_card(host.buffer(2), frame);
+Status Inputs::load(sparkhost::FrameBuffer* const buffers[4], int frame) {
+    if (!clips[0].given()) draw_test_card(*buffers[0], frame);
     for (int i = 0; i < 4; ++i) {
         if (!clips[i].given()) continue;
         bool clipped = false;
-        if (Status s = clips[i].load(frame, host.buffer(i + 2), clipped); !s.ok()) return s;
-        if (clipped && !clipped_warned) {
+        if (Status s = clips[i].load(frame, *buffers[i], clipped); !s.ok()) return s;
+        if (clipped && !clipped_warned->exchange(true))
             warn(clips[i].role() + " " + clips[i].pattern().at(frame) +
                  ": values outside 0..1 clipped (shown once for the whole render)");
-            clipped_warned = true;
-        }
     }
     return ok_status();
 }
 
-void Inputs::fill_defaults(Host& host) {
+Status Inputs::load(Host& host, int frame) {
+    sparkhost::FrameBuffer* const buffers[4] = {&host.buffer(2), &host.buffer(3), &host.buffer(4), &host.buffer(5)};
+    return load(buffers, frame);
+}
+
+void Inputs::fill_defaults(sparkhost::FrameBuffer* const buffers[4]) {
     if (!clips[1].given()) {
         if (clips[0].given())
-            fill_buffer(host.buffer(3), 0);
+            fill_buffer(*buffers[1], 0);
         else
-            draw_gradient(host.buffer(3));
+            draw_gradient(*buffers[1]);
     }
     for (int i = 2; i < 4; ++i)
-        if (!clips[i].given()) fill_buffer(host.buffer(i + 2), 255);
+        if (!clips[i].given()) fill_buffer(*buffers[i], 255);
+}
+
+void Inputs::fill_defaults(Host& host) {
+    sparkhost::FrameBuffer* const buffers[4] = {&host.buffer(2), &host.buffer(3), &host.buffer(4), &host.buffer(5)};
+    fill_defaults(buffers);
 }
 
 BannerToStderr::BannerToStderr(bool quiet) {

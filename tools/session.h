@@ -2,6 +2,7 @@
 // host's buffers, the plug-in loaded and initialised at the inputs' size, and
 // its controls set from a setup, a preset, --set assignments and key files.
 #pragma once
+#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -16,16 +17,22 @@ namespace tools {
 // The four inputs with their host buffers (2 front, 3 back, 4 and 5 mattes).
 struct Inputs {
     InputClip clips[4];
-    bool clipped_warned = false;
+    // Whether clipped values were reported; shared by the sets of inputs of
+    // one render, which may read frames on other threads.
+    std::shared_ptr<std::atomic<bool>> clipped_warned;
 
-    explicit Inputs(const Options& o)
-        : clips{{"front", o.front}, {"back", o.back}, {"2D matte", o.matte_2d}, {"3D matte", o.matte_3d}} {}
+    explicit Inputs(const Options& o, std::shared_ptr<std::atomic<bool>> warned = nullptr)
+        : clips{{"front", o.front}, {"back", o.back}, {"2D matte", o.matte_2d}, {"3D matte", o.matte_3d}},
+          clipped_warned(warned ? std::move(warned) : std::make_shared<std::atomic<bool>>(false)) {}
 
     // The frame size and the depth the sources need.
     Status probe(const Options& o, int& width, int& height, int& bits);
-    // Reads the inputs of a frame (the test card is drawn for it).
+    // Reads the inputs of a frame (the test card is drawn for it) into four
+    // buffers (front, back, 2D and 3D matte), or into the host's.
+    Status load(sparkhost::FrameBuffer* const buffers[4], int frame);
     Status load(sparkhost::Host& host, int frame);
     // What stands in for the inputs not given.
+    void fill_defaults(sparkhost::FrameBuffer* const buffers[4]);
     void fill_defaults(sparkhost::Host& host);
 };
 
