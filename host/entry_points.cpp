@@ -4,6 +4,7 @@
 
 #include "effect/paneburst.h"
 #include "framework/convert.h"
+#include "framework/frame_pool.h"
 #include "framework/report.h"
 #include "host/binding.h"
 #include "host/channel_editor.h"
@@ -39,8 +40,12 @@ int reduction_factor(int popup_value) {
 ImageQ7* convert_in(void* pixels, const HostFrameRecord& info, double aspect, int s, int copy) {
     const long w = frame_get<std::int32_t>(info, frame_field::frame_width);
     const long h = frame_get<std::int32_t>(info, frame_field::frame_height);
-    return deep12 ? ConvertFromDLImage12(pixels, w, h, aspect, s, nullptr, copy)
-                  : ConvertFromDLImage8(pixels, w, h, aspect, s, nullptr, copy);
+    if (!pixels) return nullptr;
+    // The frame's images live in blocks kept from frame to frame.
+    const int r = s < 1 ? 1 : s;
+    ImageQ7* image = frame_pool_image(r == 1 ? w : reduced_size(w, r), r == 1 ? h : reduced_size(h, r));
+    return deep12 ? ConvertFromDLImage12(pixels, w, h, aspect, s, image, copy)
+                  : ConvertFromDLImage8(pixels, w, h, aspect, s, image, copy);
 }
 
 // Drops the images a frame made so far. Used on the early returns, so that a
@@ -49,10 +54,10 @@ void release_frame_images() {
     SourceQ7* inputs[] = {&Instance.front_clip, &Instance.back_clip, &Instance.matte_2d_clip,
                           &Instance.matte_3d_clip};
     for (SourceQ7* s : inputs) {
-        delete s->image;
+        frame_pool_drop(s->image);
         s->image = nullptr;
     }
-    delete Instance.result_clip.image;
+    frame_pool_drop(Instance.result_clip.image);
     Instance.result_clip.image = nullptr;
 }
 
@@ -80,7 +85,10 @@ SPARK_EXPORT unsigned int SparkInitialise(HostFrameRecord info) {
     return 2;
 }
 
-SPARK_EXPORT void SparkUnInitialise(HostFrameRecord info) { sparkSaveSetup(&info); }
+SPARK_EXPORT void SparkUnInitialise(HostFrameRecord info) {
+    sparkSaveSetup(&info);
+    frame_pool_release();
+}
 
 SPARK_EXPORT int SparkProcessStart(void) { return 1; }
 
@@ -109,6 +117,7 @@ SPARK_EXPORT unsigned long* SparkProcess(HostFrameRecord info) {
     // The band split divides by the processor count: a host that reports none
     // still has the calling thread.
     if (DLnumProc < 1) DLnumProc = 1;
+    frame_pool_size(width, height, s);
     Instance.frame = static_cast<double>(frame_get<std::uint32_t>(info, frame_field::frame_number));
     Instance.render_alpha = 0;
 
@@ -157,13 +166,11 @@ SPARK_EXPORT unsigned long* SparkProcess(HostFrameRecord info) {
     if (blend > 0.0f) Instance.result_clip.image->InBlend(blend, Instance.front_clip.image);
 
     ImageQ7* result = Instance.result_clip.image;
-    Instance.result_clip.image = nullptr;
-    release_frame_images();
     if (deep12)
         ConvertToDLImage12(result, ResultBufOutput.pixels, width, height, s);
     else
         ConvertToDLImage8(result, ResultBufOutput.pixels, width, height, s);
-    delete result;
+    release_frame_images();
 
     sparkViewingCursor(1);
     return static_cast<unsigned long*>(ResultBufOutput.pixels);
