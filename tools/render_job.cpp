@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <future>
 #include <map>
 #include <memory>
 
@@ -76,10 +78,12 @@ private:
 // The four inputs with their host buffers (2 front, 3 back, 4 and 5 mattes).
 struct Inputs {
     InputClip clips[4];
-    bool clipped_warned = false;
+    // Shared by every set of inputs of the render.
+    std::atomic<bool>* clipped_warned;
 
-    explicit Inputs(const Options& o)
-        : clips{{"front", o.front}, {"back", o.back}, {"2D matte", o.matte_2d}, {"3D matte", o.matte_3d}} {}
+    Inputs(const Options& o, std::atomic<bool>* warned)
+        : clips{{"front", o.front}, {"back", o.back}, {"2D matte", o.matte_2d}, {"3D matte", o.matte_3d}},
+          clipped_warned(warned) {}
 
     // The frame size and the depth the sources need.
     Status probe(const Options& o, int& width, int& height, int& bits) {
@@ -104,31 +108,50 @@ struct Inputs {
         return ok_status();
     }
 
-    Status load(Host& host, int frame) {
-        if (!clips[0].given()) draw_test_card(host.buffer(2), frame);
+    // Reads frame `frame` into the four buffers (front, back, 2D and 3D matte).
+    Status load(sparkhost::FrameBuffer* const buffers[4], int frame) {
+        if (!clips[0].given()) draw_test_card(*buffers[0], frame);
         for (int i = 0; i < 4; ++i) {
             if (!clips[i].given()) continue;
             bool clipped = false;
-            if (Status s = clips[i].load(frame, host.buffer(i + 2), clipped); !s.ok()) return s;
-            if (clipped && !clipped_warned) {
+            if (Status s = clips[i].load(frame, *buffers[i], clipped); !s.ok()) return s;
+            if (clipped && !clipped_warned->exchange(true)) {
                 warn(clips[i].role() + " " + clips[i].pattern().at(frame) +
                      ": values outside 0..1 clipped (shown once for the whole render)");
-                clipped_warned = true;
             }
         }
         return ok_status();
     }
 
     // What stands in for the inputs not given.
-    void fill_defaults(Host& host) {
+    void fill_defaults(sparkhost::FrameBuffer* const buffers[4]) {
         if (!clips[1].given()) {
             if (clips[0].given())
-                fill_buffer(host.buffer(3), 0);
+                fill_buffer(*buffers[1], 0);
             else
-                draw_gradient(host.buffer(3));
+                draw_gradient(*buffers[1]);
         }
         for (int i = 2; i < 4; ++i)
-            if (!clips[i].given()) fill_buffer(host.buffer(i + 2), 255);
+            if (!clips[i].given()) fill_buffer(*buffers[i], 255);
+    }
+};
+
+// The inputs of one frame: four buffers of the host's size and depth and the
+// clips that fill them (each set keeps its own stills). Two sets take turns:
+// one is read while the plug-in renders from the other.
+struct InputSet {
+    Inputs inputs;
+    sparkhost::FrameBuffer buffers[4];
+    sparkhost::FrameBuffer* targets[4] = {&buffers[0], &buffers[1], &buffers[2], &buffers[3]};
+
+    InputSet(const Options& o, const Host& host, std::atomic<bool>* warned) : inputs(o, warned) {
+        for (auto& b : buffers) b.resize(host.settings.width, host.settings.height, host.settings.depth_bits == 12);
+        inputs.fill_defaults(targets);
+    }
+    // Hands the buffers' pixels to the host (ids 2 to 5) or takes them back:
+    // a swap of the pixel vectors, nothing is copied.
+    void swap_with(Host& host) {
+        for (int i = 0; i < 4; ++i) host.buffer(i + 2).bytes.swap(buffers[i].bytes);
     }
 };
 
@@ -207,7 +230,8 @@ Status run_render(const Options& o) {
     // are printed, and a farm must not sleep.
     setenv("PANEBURST_MESSAGE_PAUSE", "0", 0);
 
-    Inputs inputs(o);
+    std::atomic<bool> clipped_warned{false};
+    Inputs inputs(o, &clipped_warned);
     int width = 0, height = 0, bits = 8;
     if (!o.list_controls)
         if (Status s = inputs.probe(o, width, height, bits); !s.ok()) return s;
@@ -257,9 +281,14 @@ Status run_render(const Options& o) {
     }
     if (!rendering) return ok_status();
 
-    inputs.fill_defaults(*host);
+    // Frames go through three stages at once: frame n + 1 is read and
+    // decoded, frame n renders, frame n - 1 is encoded and written. The
+    // plug-in renders on this thread, frames strictly in order; the reading
+    // and writing run on one helper thread each, on buffers of their own.
+    InputSet sets[2] = {InputSet(o, *host, &clipped_warned), InputSet(o, *host, &clipped_warned)};
     // The chunk's first inputs are checked before any simulation time is spent.
-    if (Status s = inputs.load(*host, o.frames.first); !s.ok()) return s;
+    if (Status s = sets[o.frames.first % 2].inputs.load(sets[o.frames.first % 2].targets, o.frames.first); !s.ok())
+        return s;
 
     const int shot_start = o.shot_start >= 0 ? o.shot_start : o.frames.first;
     Progress progress(o.frames.count(), o.frames.first - shot_start, o.quiet);
@@ -267,19 +296,54 @@ Status run_render(const Options& o) {
 
     ContactSheet sheet(o.thumb_width, o.contact_every);
     const FramePattern out(o.out);
+    // The result of the frame being written; the host's result buffer takes
+    // the next frame meanwhile.
+    sparkhost::FrameBuffer written_result;
+    written_result.resize(host->settings.width, host->settings.height, host->settings.depth_bits == 12);
+    std::future<Status> reading, writing;
+    int writing_frame = 0;
+    std::string writing_path;
+    // Waits for the frame being written and reports it done.
+    auto finish_write = [&]() -> Status {
+        if (!writing.valid()) return ok_status();
+        Status s = writing.get();
+        if (s.ok()) progress.frame_done(writing_frame, writing_path);
+        return s;
+    };
+    // On a failure, the work already started ends before the error is shown.
+    auto stop = [&](Status error) -> Status {
+        if (reading.valid()) reading.wait();
+        const Status written = finish_write();
+        return written.ok() ? error : written;
+    };
     for (int f = o.frames.first; f <= o.frames.last; ++f) {
-        if (Status s = inputs.load(*host, f); !s.ok()) return s;
-        const bool processed = host->process(static_cast<std::uint32_t>(f)) != nullptr;
-        relay.flush();
-        if (!processed) return failure("frame " + std::to_string(f) + ": the plug-in returned no result");
-        std::string written;
-        if (!o.out.empty()) {
-            written = out.at(f);
-            if (Status s = write_frame(host->buffer(1), written); !s.ok()) return s;
+        InputSet& current = sets[f % 2];
+        if (reading.valid())
+            if (Status s = reading.get(); !s.ok()) return stop(s);
+        current.swap_with(*host);
+        if (f < o.frames.last) {
+            InputSet& next = sets[(f + 1) % 2];
+            reading = std::async(std::launch::async, [&next, f] { return next.inputs.load(next.targets, f + 1); });
         }
-        if (!o.contact_sheet.empty()) sheet.add(f, host->buffer(1));
-        progress.frame_done(f, written);
+        const bool processed = host->process(static_cast<std::uint32_t>(f)) != nullptr;
+        current.swap_with(*host);
+        relay.flush();
+        if (!processed) return stop(failure("frame " + std::to_string(f) + ": the plug-in returned no result"));
+        if (Status s = finish_write(); !s.ok()) return stop(s);
+        // The plug-in keeps bits the host buffer already held (the low bits
+        // of 12-bit words); every result buffer starts at zero and only ever
+        // receives results, so taking turns between two changes no byte.
+        host->buffer(1).bytes.swap(written_result.bytes);
+        writing_frame = f;
+        writing_path = o.out.empty() ? std::string() : out.at(f);
+        writing = std::async(std::launch::async, [&, f] {
+            if (!writing_path.empty())
+                if (Status s = write_frame(written_result, writing_path); !s.ok()) return s;
+            if (!o.contact_sheet.empty()) sheet.add(f, written_result);
+            return ok_status();
+        });
     }
+    if (Status s = finish_write(); !s.ok()) return s;
     if (!o.contact_sheet.empty())
         if (Status s = sheet.write(o.contact_sheet); !s.ok()) return s;
     progress.finish();
