@@ -85,6 +85,7 @@ public:
     void mp_copynolight(long first, long last);
     void mp_compo(long first, long last);
     void mp_copy_back(long first, long last);
+    void copy_back_into_result();
 
     // ---- Viewer overlay (render/gl_preview.cpp, render/effect_overlay.cpp) ----
     void RenderOverlay() override;

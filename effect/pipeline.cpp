@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "effect/grid.h"
 #include "effect/paneburst.h"
@@ -175,13 +176,13 @@ void Paneburst::ProcessFrame() {
         if (info.lit_background && info.use_light && info.light_brightness > 0.0f)
             run_bands(&Paneburst::mp_BackLight);
         else
-            run_bands(&Paneburst::mp_copy_back);
+            copy_back_into_result();
     }
 
     create_shatter(&info);
 
     if (!drawing)
-        run_bands(&Paneburst::mp_copy_back);  // the result is the back clip
+        copy_back_into_result();  // the result is the back clip
     else if (canvas)
         run_bands(&Paneburst::mp_compo);
 
@@ -193,6 +194,23 @@ void Paneburst::ProcessFrame() {
     info.map_u = info.map_v = info.map_coverage = nullptr;
 
     if (!render_alpha) result->CopyAlpha(info.front);
+}
+
+// The plain background: the result (and the canvas, when it is an image of
+// its own) becomes the back clip. Nothing reads the back clip after this in
+// the frame, so when the result is all that needs it, the two images of the
+// same size exchange their pixel blocks instead of copying them.
+void Paneburst::copy_back_into_result() {
+    ImageQ7* back = info.back;
+    ImageQ7* result = info.result;
+    if (info.lit_back == result && back != result && back->width == result->width &&
+        back->height == result->height) {
+        std::swap(back->buffer, result->buffer);
+        std::swap(back->rows, result->rows);
+        std::swap(back->owns_buffer, result->owns_buffer);
+        return;
+    }
+    run_bands(&Paneburst::mp_copy_back);
 }
 
 void Paneburst::create_shatter(tagINFO* in) {

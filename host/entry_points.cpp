@@ -37,15 +37,24 @@ int reduction_factor(int popup_value) {
     return v < 9 ? kFactors[v] : 1;
 }
 
-ImageQ7* convert_in(void* pixels, const HostFrameRecord& info, double aspect, int s, int copy) {
+// Converts a host buffer into `image`, or into a new image of the working
+// size when it is null; copy = 0 sets the image up without reading pixels.
+ImageQ7* convert_in(void* pixels, const HostFrameRecord& info, double aspect, int s, int copy,
+                    ImageQ7* image = nullptr) {
     const long w = frame_get<std::int32_t>(info, frame_field::frame_width);
     const long h = frame_get<std::int32_t>(info, frame_field::frame_height);
     if (!pixels) return nullptr;
     // The frame's images live in blocks kept from frame to frame.
     const int r = s < 1 ? 1 : s;
-    ImageQ7* image = frame_pool_image(r == 1 ? w : reduced_size(w, r), r == 1 ? h : reduced_size(h, r));
+    if (!image) image = frame_pool_image(r == 1 ? w : reduced_size(w, r), r == 1 ? h : reduced_size(h, r));
     return deep12 ? ConvertFromDLImage12(pixels, w, h, aspect, s, image, copy)
                   : ConvertFromDLImage8(pixels, w, h, aspect, s, image, copy);
+}
+
+bool checkbox_on(CheckboxControlQ7& c) {
+    long v = 0;
+    c.GetValue(-1.0, v);
+    return v != 0;
 }
 
 // Drops the images a frame made so far. Used on the early returns, so that a
@@ -130,6 +139,10 @@ SPARK_EXPORT unsigned long* SparkProcess(HostFrameRecord info) {
                             {SourceIDInput2, &SourceBufInput2, &Instance.back_clip},
                             {SourceIDInput3, &SourceBufInput3, &Instance.matte_2d_clip},
                             {SourceIDInput4, &SourceBufInput4, &Instance.matte_3d_clip}};
+    // The front and back are read by every frame; a matte only while its
+    // checkbox is on, so its pixels are converted below once the controls
+    // are known.
+    int copy = 1;
     for (const Input& in : inputs) {
         if (!sparkMemGetBuffer(in.id, in.record)) {
             release_frame_images();
@@ -137,7 +150,8 @@ SPARK_EXPORT unsigned long* SparkProcess(HostFrameRecord info) {
         }
         in.source->clip = in.id - 2;
         in.source->deep = static_cast<unsigned char>(deep12);
-        in.source->image = convert_in(in.record->pixels, info, aspect, s, 1);
+        in.source->image = convert_in(in.record->pixels, info, aspect, s, copy);
+        if (in.source == &Instance.back_clip) copy = 0;
         if (!in.source->image) {  // a buffer record without pixel memory
             release_frame_images();
             return nullptr;
@@ -160,6 +174,10 @@ SPARK_EXPORT unsigned long* SparkProcess(HostFrameRecord info) {
         Instance.SyncControls();
         DL_Sync_Ctrl = 0;
     }
+    if (checkbox_on(Instance.use_matte_2d_ctl))
+        convert_in(SourceBufInput3.pixels, info, aspect, s, 1, Instance.matte_2d_clip.image);
+    if (checkbox_on(Instance.use_matte_3d_ctl))
+        convert_in(SourceBufInput4.pixels, info, aspect, s, 1, Instance.matte_3d_clip.image);
     Instance.ProcessFrame();
 
     const float blend = SparkFloat27.value / 100.0f;

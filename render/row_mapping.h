@@ -23,4 +23,11 @@ void map_row(const ElementPlane& plane, const InverseChain& chain, int y, int x0
 // The vector unit map_row uses: "avx2" or "baseline".
 const char* map_row_unit();
 
+// Every unit this processor can run, for comparing them: their count, the
+// name of one, and map_row on that one.
+int map_row_unit_count();
+const char* map_row_unit_name(int unit);
+void map_row_on(int unit, const ElementPlane& plane, const InverseChain& chain, int y, int x0, int n, float* u,
+                float* v);
+
 }  // namespace render
