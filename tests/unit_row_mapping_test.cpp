@@ -25,8 +25,7 @@ std::uint32_t bits(float f) {
 
 struct Case {
     const char* name;
-    float plane_a, plane_b, plane_c;
-    double plane_k;
+    ElementPlane plane;  // A, B, C, C guarded (here C itself), the constant
     float focal, near_z, far_z;  // the inverse perspective
     float angles[3];             // cos of the three rotations (sin from it)
 };
@@ -50,22 +49,17 @@ InverseChain chain_for(const Case& c) {
 TEST(RowMapping, EveryUnitMatchesTheOnePixelPathBitForBit) {
     const float inf = std::numeric_limits<float>::infinity();
     const Case cases[] = {
-        {"tilted", 0.31f, -0.27f, 1.9f, -310.25, -192.0f, -150.0f, -260.0f, {0.8f, 0.6f, 0.28f}},
-        {"facing", 0.0f, 0.0f, 1.0f, -192.0, -192.0f, -192.0f, -192.0f, {1.0f, 1.0f, 1.0f}},
+        {"tilted", {0.31f, -0.27f, 1.9f, 1.9f, -310.25}, -192.0f, -150.0f, -260.0f, {0.8f, 0.6f, 0.28f}},
+        {"facing", {0.0f, 0.0f, 1.0f, 1.0f, -192.0}, -192.0f, -192.0f, -192.0f, {1.0f, 1.0f, 1.0f}},
         // Seen edge-on: C guarded to 1e-10 gives huge depths.
-        {"edge-on", 3.0f, 2.0f, 1e-10f, 5.0, -192.0f, -10.0f, -4000.0f, {0.0f, 0.7f, -0.5f}},
+        {"edge-on", {3.0f, 2.0f, 1e-10f, 1e-10f, 5.0}, -192.0f, -10.0f, -4000.0f, {0.0f, 0.7f, -0.5f}},
         // A perspective whose w is 0 on part of the row (divisions by zero,
         // infinities and NaN flowing through the later matrices).
-        {"w crosses zero", -1.0f, 0.0f, 1.0f, 0.0, -1.0f, 1.0f, 1.0f, {0.5f, 0.5f, 0.5f}},
-        {"infinite depth", 0.0f, 0.0f, 1e-10f, inf, -192.0f, -150.0f, -260.0f, {0.9f, 0.9f, 0.9f}},
+        {"w crosses zero", {-1.0f, 0.0f, 1.0f, 1.0f, 0.0}, -1.0f, 1.0f, 1.0f, {0.5f, 0.5f, 0.5f}},
+        {"infinite depth", {0.0f, 0.0f, 1e-10f, 1e-10f, inf}, -192.0f, -150.0f, -260.0f, {0.9f, 0.9f, 0.9f}},
     };
     for (const Case& c : cases) {
-        ElementPlane plane;
-        plane.a = c.plane_a;
-        plane.b = c.plane_b;
-        plane.c = c.plane_c;
-        plane.c_guarded = c.plane_c;
-        plane.k = c.plane_k;
+        const ElementPlane& plane = c.plane;
         const InverseChain chain = chain_for(c);
         for (int unit = 0; unit < render::map_row_unit_count(); ++unit) {
             for (int n = 1; n <= 37; ++n) {
