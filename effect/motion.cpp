@@ -10,6 +10,12 @@
 
 namespace {
 
+// A swirl sample point moved by a constant offset: the sum is formed in
+// double and rounded to float once.
+inline float swirl_offset(float at, double offset) {
+    return static_cast<float>(static_cast<double>(at) + offset);
+}
+
 // The in-plane push of attraction, repulsion and wind on an element at
 // (x, y). All forces act in the image plane.
 void plane_forces(const tagINFO& info, float x, float y, float* fx, float* fy) {
@@ -89,13 +95,15 @@ void Paneburst::update_polygons(tagINFO* info, tagPOLYGON* polygons) {
             if (swirl) {
                 // Two samples of one scalar field, offset from each other,
                 // give the x and y parts of a smooth vector field. The sample
-                // point is formed in double and rounded to float; the offsets
-                // are float sums.
+                // point is formed in double and rounded to float. The offsets
+                // are double constants: the second point is the float sample
+                // plus the offset in double, rounded to float once (a float
+                // sum would land one float step away for some positions).
                 const float px = static_cast<float>(static_cast<double>(info->swirl_density) * p.x / info->width);
                 const float py = static_cast<float>(static_cast<double>(info->swirl_density) * p.y / info->height);
                 p.vel_x += info->swirl_magnitude * gnoise(&gradient_table[0][0], px, py, swirl_t);
-                p.vel_y += info->swirl_magnitude *
-                           gnoise(&gradient_table[0][0], px + 3.14f, py + 2.71f, swirl_t + 4.35f);
+                p.vel_y += info->swirl_magnitude * gnoise(&gradient_table[0][0], swirl_offset(px, 3.14),
+                                                          swirl_offset(py, 2.71), swirl_offset(swirl_t, 4.35));
             }
 
             p.x += p.vel_x;

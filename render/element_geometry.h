@@ -87,6 +87,19 @@ struct ElementEdges {
 // The element's plane through corners 0, 1 and 2 in (screen x, screen y,
 // projected depth). The projected depth is affine in screen position, so the
 // plane is exact for a flat element.
+// A double rounded to float, the rounding kept whatever the optimiser does.
+//
+// GCC 12 at -O2 packs A and B into one vector, narrows it to float for the
+// stores and widens it again for the normal; a later value-numbering pass
+// then takes the widened vector to be the unrounded one and drops both
+// conversions, so the normal is built from the unrounded doubles. The empty
+// asm makes the rounded value opaque, so the widening cannot be folded away.
+inline float stored_float(double v) {
+    float f = static_cast<float>(v);
+    __asm__("" : "+m"(f));
+    return f;
+}
+
 struct ElementPlane {
     float a, b, c;    // A, B, C as in A x + B y + C d = const
     float c_guarded;  // C, replaced by 1e-10 for an element seen edge-on
@@ -96,9 +109,9 @@ struct ElementPlane {
         const double x0 = poly->corners[0][0], y0 = poly->corners[0][1], d0 = poly->corners[0][2];
         const double x1 = poly->corners[1][0], y1 = poly->corners[1][1], d1 = poly->corners[1][2];
         const double x2 = poly->corners[2][0], y2 = poly->corners[2][1], d2 = poly->corners[2][2];
-        a = static_cast<float>(y0 * (d1 - d2) + y1 * (d2 - d0) + y2 * (d0 - d1));
-        b = static_cast<float>(d0 * (x1 - x2) + d1 * (x2 - x0) + d2 * (x0 - x1));
-        c = static_cast<float>(x0 * (y1 - y2) + x1 * (y2 - y0) + x2 * (y0 - y1));
+        a = stored_float(y0 * (d1 - d2) + y1 * (d2 - d0) + y2 * (d0 - d1));
+        b = stored_float(d0 * (x1 - x2) + d1 * (x2 - x0) + d2 * (x0 - x1));
+        c = stored_float(x0 * (y1 - y2) + x1 * (y2 - y0) + x2 * (y0 - y1));
         c_guarded = std::fabs(static_cast<double>(c)) < 1e-10 ? 1e-10f : c;
         k = static_cast<double>(a) * x0 + static_cast<double>(b) * y0 + static_cast<double>(c_guarded) * d0;
     }

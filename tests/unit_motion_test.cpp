@@ -112,3 +112,23 @@ TEST_F(Motion, SwirlFollowsTheNoiseWhoseLatticeHashZerosAndCentreWeightsAreFixed
     const struct { int ix, iy, iz; float index; } cases[] = {{0, 0, 0, 218}, {-1, 0, 0, 239}, {256, -256, 512, 218}};
     for (const auto& c : cases) EXPECT_EQ(fx->glattice(&table[0][0], c.ix, c.iy, c.iz, 1, 0, 0), c.index) << c.ix;
 }
+
+// The second swirl sample sits at the first plus (3.14, 2.71, 4.35), each sum
+// formed in double and rounded once: at px = 0.139999986 that is 3.27999997,
+// where a float sum would give 3.28000021 and another noise value.
+TEST_F(Motion, SwirlSecondSampleOffsetsAreDoubleSumsRoundedOnce) {
+    info.use_swirl = 1, info.frame = 3, info.swirl_density = 1.0f, info.swirl_magnitude = 5.0f;
+    fx->gradientTabInit(-7);
+    float* g = &fx->gradient_table[0][0];
+    const float x = 100.79998779296875f, y = 243.0f;
+    const float px = static_cast<float>(1.0 * x / 720), py = static_cast<float>(1.0 * y / 486);
+    const float pt = static_cast<float>(1.0 * 3 / 25);
+    ASSERT_EQ(px, 0.139999986f);
+    ASSERT_EQ(static_cast<float>(px + 3.14), 3.27999997f);
+    ASSERT_EQ(px + 3.14f, 3.28000021f);
+    const float spec = fx->gnoise(g, 3.27999997f, static_cast<float>(py + 2.71), static_cast<float>(pt + 4.35));
+    const float single = fx->gnoise(g, 3.28000021f, py + 2.71f, pt + 4.35f);
+    ASSERT_NE(spec, single);
+    step_from(x, y);
+    EXPECT_EQ(p.vel_y, 5.0f * spec) << p.vel_y << " " << 5.0f * single;
+}

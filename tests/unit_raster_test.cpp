@@ -12,6 +12,8 @@
 
 #include "effect/paneburst.h"
 #include "framework/plugin.h"
+#include "render/light_term.h"
+#include "effect/vecnorm.h"
 #include "sparkhost/host.h"
 
 namespace {
@@ -176,4 +178,28 @@ TEST_F(Lighting, LitBackgroundAddsTheGlossyLightTermAndSaturates) {
         EXPECT_TRUE(c.g == b.g && c.a == b.a && same(&c, &s.result->buffer[i])) << i;  // black green: unchanged
     }
     EXPECT_EQ(s.canvas->at(3, 2).b, 32767);  // right under the light: saturated
+}
+
+// A tilted element under a light: every drawn pixel carries the light term
+// of the element's factor, whose normal comes from the plane coefficients as
+// stored, in single precision. For this element, normals built from the
+// unrounded coefficients come out one unit in the last place away, which
+// moves a fraction of the pixels by a channel step.
+TEST(RasterRender, LitTiltedElementUsesTheNormalOfTheStoredPlane) {
+    Scene s(800, 600);
+    s.grid(800, 600);
+    for (long i = 0; i < 800 * 600; ++i) s.front->buffer[i] = {1000, 1000, 1000, 32767};
+    tagPOLYGON& p = s.fx->polygons[0];
+    p.angle_x = -80.0f, p.angle_y = -55.0f, p.angle_z = 40.0f;
+    s.light(-2e4f, 300.0f, 5e3f, 1.0f, 32767, 0, 0);
+    s.render();
+    int drawn = 0, wrong = 0;
+    for (int i = 0; i < s.w * s.h; ++i) {
+        if (s.in.map_coverage[i] != 32767.0f) continue;
+        const float k = render::light_strength(&s.in, s.fx->add_light(&s.in, &p, i % s.w, i / s.w));
+        wrong += s.canvas->buffer[i].r != render::lit_channel(1000, 32767, k);
+        ++drawn;
+    }
+    EXPECT_GT(drawn, 30000);
+    EXPECT_EQ(wrong, 0);
 }
