@@ -10,6 +10,7 @@
 // copy: how far it is from what the memory alone allows. The frame is always
 // split into 16 bands, so the results do not depend on the thread count.
 #include <benchmark/benchmark.h>
+#include <unistd.h>
 
 #include <cstdint>
 #include <cstdio>
@@ -191,6 +192,8 @@ BENCHMARK(BM_PlainCopy)
 // its size, depth and thread count.
 class MultipleReporter : public benchmark::ConsoleReporter {
 public:
+    // Colours only on a terminal, so that scripts can read the lines.
+    MultipleReporter() : ConsoleReporter(isatty(STDOUT_FILENO) ? OO_Defaults : OO_None) {}
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
         for (const Run& r : runs) {

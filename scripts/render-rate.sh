@@ -34,9 +34,9 @@ seconds() { # runs a command, prints its wall time in seconds
 }
 
 plugin_ms() { # the plug-in's own frame time at a depth
-    "$bench" --benchmark_filter="BM_Frame/w:1920/h:1080/quality:1/threads:$threads/depth:$1/elements:100\$" \
-        --benchmark_min_time=2 --benchmark_format=csv 2>/dev/null |
-        awk -F, '/BM_Frame/ { print $3 }'
+    "$bench" --benchmark_filter="BM_Frame/w:1920/h:1080/quality:1/threads:$threads/depth:$1/elements:100/" \
+        --benchmark_min_time=2 --benchmark_color=false 2>/dev/null |
+        awk '/^BM_Frame/ { print ($3 == "s" ? $2 * 1000 : $2) }'
 }
 
 for ext in png exr; do
