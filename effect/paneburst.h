@@ -84,6 +84,8 @@ public:
     void mp_copywithlight(long first, long last);
     void mp_copynolight(long first, long last);
     void mp_compo(long first, long last);
+    void mp_copy_back(long first, long last);
+    void copy_back_into_result();
 
     // ---- Viewer overlay (render/gl_preview.cpp, render/effect_overlay.cpp) ----
     void RenderOverlay() override;
@@ -117,6 +119,9 @@ public:
     int image_width = 0;
     int image_height = 0;
     std::int32_t table_seed = 0;
+    // The seed the tables were last built from, once they have been built.
+    long tables_seed = 0;
+    bool tables_built = false;
     float gradient_table[256][3] = {};
     float random_table[kRandomTableSize] = {};
     tagINFO info = {};

@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "effect/grid.h"
 #include "effect/paneburst.h"
 #include "framework/angles.h"
+#include "framework/frame_pool.h"
 
 namespace {
 
@@ -129,23 +131,22 @@ void Paneburst::ProcessFrame() {
     info.width = W;
     info.height = H;
 
-    // Both tables start again from the Seed every frame, so a frame depends
-    // only on the Seed and the simulation state.
+    // The tables depend on the Seed alone: they are rebuilt when it changes,
+    // and otherwise hold exactly what a rebuild would put in them.
     long seed = 0;
     seed_ctl.GetValue(-1.0, seed);
-    gradientTabInit(-seed);
-    build_random_table(-seed);
+    if (!tables_built || tables_seed != -seed) {
+        gradientTabInit(-seed);
+        build_random_table(-seed);
+        tables_seed = -seed;
+        tables_built = true;
+    }
 
     info.front = front_clip.image;
     info.back = back_clip.image;
     info.matte_2d = matte_2d_clip.image;
     info.matte_3d = matte_3d_clip.image;
     info.result = result;
-    info.lit_back = new ImageQ7(W, H);
-    const std::size_t pixels = static_cast<std::size_t>(W) * static_cast<std::size_t>(H);
-    info.map_u = static_cast<float*>(std::calloc(pixels ? pixels : 1, sizeof(float)));
-    info.map_v = static_cast<float*>(std::calloc(pixels ? pixels : 1, sizeof(float)));
-    info.map_coverage = static_cast<float*>(std::calloc(pixels ? pixels : 1, sizeof(float)));
 
     // More elements than pixels: the control is set back to the image size.
     if (grid.clamp_x) x_elements_ctl.SetValue(-1.0, grid.x_elements);
@@ -155,30 +156,61 @@ void Paneburst::ProcessFrame() {
 
     fill_info();
 
-    if (info.render_mode != kWireframe) {
-        if (info.lit_background && info.use_light && info.light_brightness > 0.0f) {
+    const bool drawing = info.render_mode != kWireframe;
+    // The canvas. Without the 2D matte the compositing is a plain copy of the
+    // canvas into the result, whose background the canvas starts from: the
+    // elements are then drawn straight into the result. Canvas and maps are
+    // taken from the frame pool, which keeps them for the next frame.
+    ImageQ7* canvas = drawing && info.use_matte_2d ? frame_pool_image(W, H) : nullptr;
+    info.lit_back = canvas ? canvas : result;
+    // The maps are used only by the rasteriser; it clears the coverage of
+    // each band before drawing (see mp_polyrender).
+    const std::size_t pixels = static_cast<std::size_t>(W) * static_cast<std::size_t>(H);
+    if (drawing && restart != 1) {
+        info.map_u = static_cast<float*>(frame_pool_take(pixels * sizeof(float)));
+        info.map_v = static_cast<float*>(frame_pool_take(pixels * sizeof(float)));
+        info.map_coverage = static_cast<float*>(frame_pool_take(pixels * sizeof(float)));
+    }
+
+    if (drawing) {
+        if (info.lit_background && info.use_light && info.light_brightness > 0.0f)
             run_bands(&Paneburst::mp_BackLight);
-        } else {
-            info.lit_back->CopyValues(info.back, 1.0f, 1.0f, 1.0f, 1.0f);
-            result->CopyValues(info.back, 1.0f, 1.0f, 1.0f, 1.0f);
-        }
+        else
+            copy_back_into_result();
     }
 
     create_shatter(&info);
 
-    if (info.render_mode == kWireframe)
-        result->CopyValues(info.back, 1.0f, 1.0f, 1.0f, 1.0f);
-    else
+    if (!drawing)
+        copy_back_into_result();  // the result is the back clip
+    else if (canvas)
         run_bands(&Paneburst::mp_compo);
 
-    delete info.lit_back;
+    frame_pool_drop(canvas);
     info.lit_back = nullptr;
-    std::free(info.map_u);
-    std::free(info.map_v);
-    std::free(info.map_coverage);
+    frame_pool_give(info.map_u);
+    frame_pool_give(info.map_v);
+    frame_pool_give(info.map_coverage);
     info.map_u = info.map_v = info.map_coverage = nullptr;
 
     if (!render_alpha) result->CopyAlpha(info.front);
+}
+
+// The plain background: the result (and the canvas, when it is an image of
+// its own) becomes the back clip. Nothing reads the back clip after this in
+// the frame, so when the result is all that needs it, the two images of the
+// same size exchange their pixel blocks instead of copying them.
+void Paneburst::copy_back_into_result() {
+    ImageQ7* back = info.back;
+    ImageQ7* result = info.result;
+    if (info.lit_back == result && back != result && back->width == result->width &&
+        back->height == result->height) {
+        std::swap(back->buffer, result->buffer);
+        std::swap(back->rows, result->rows);
+        std::swap(back->owns_buffer, result->owns_buffer);
+        return;
+    }
+    run_bands(&Paneburst::mp_copy_back);
 }
 
 void Paneburst::create_shatter(tagINFO* in) {

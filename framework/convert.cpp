@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "framework/plugin.h"
+
 long reduced_size(long full, int s) {
     const long q = full / s;
     return (q % 2 == 0) ? q : q + 1;
@@ -20,12 +22,31 @@ struct Host12 {
     static Word out(Word old, std::uint16_t c) { return to_host12(old, c); }
 };
 
+// One conversion, shared by its band workers: each band converts whole rows
+// of the image (on the way in) or of the host frame (on the way out), so the
+// bands touch disjoint memory.
 template <class Fmt>
-inline void read_pixel(const typename Fmt::Word* src, PixelQ7& p) {
-    p.r = Fmt::in(src[0]);
-    p.g = Fmt::in(src[1]);
-    p.b = Fmt::in(src[2]);
-    p.a = kChannelMax;
+struct Conversion {
+    typename Fmt::Word* host;
+    ImageQ7* image;
+    long w, h;  // host frame size
+    int s;
+    // At reduction: image rows and columns that have a sample position; the
+    // ones beyond repeat the last sampled one.
+    long sampled_rows, sampled_cols;
+};
+
+// A full-resolution row in: the channel mapping with alpha opaque. Plain
+// loops over arrays, written so that the compiler can vectorise them.
+template <class Fmt>
+inline void read_row(const typename Fmt::Word* in, PixelQ7* out, long n) {
+    auto* o = reinterpret_cast<std::uint16_t*>(out);
+    for (long x = 0; x < n; ++x) {
+        o[4 * x] = Fmt::in(in[3 * x]);
+        o[4 * x + 1] = Fmt::in(in[3 * x + 1]);
+        o[4 * x + 2] = Fmt::in(in[3 * x + 2]);
+        o[4 * x + 3] = kChannelMax;
+    }
 }
 
 template <class Fmt>
@@ -36,85 +57,93 @@ inline void write_pixel(const PixelQ7& p, typename Fmt::Word* dst) {
 }
 
 template <class Fmt>
+void convert_in_rows(void* job, long first, long last) {
+    const Conversion<Fmt>& c = *static_cast<const Conversion<Fmt>*>(job);
+    const typename Fmt::Word* src = c.host;
+    ImageQ7* image = c.image;
+    if (c.s == 1) {
+        for (long y = first; y <= last; ++y) read_row<Fmt>(src + y * c.w * 3, image->rows[y], image->width);
+        return;
+    }
+    // Point samples at the centre of each s x s block. Rounding the size up
+    // to even can leave one row or column with no sample position (h = 486
+    // at s = 4: 122 rows, 121 samples); it repeats its neighbour, so that the
+    // enlarged result never shows uninitialised memory.
+    if (c.sampled_rows == 0 || c.sampled_cols == 0) return;
+    const long half = c.s / 2;
+    for (long ty = first; ty <= last; ++ty) {
+        const long sy = (ty < c.sampled_rows ? ty : c.sampled_rows - 1) * c.s + half;
+        const typename Fmt::Word* in = src + sy * c.w * 3;
+        PixelQ7* row = image->rows[ty];
+        for (long tx = 0; tx < image->width; ++tx) {
+            const long sx = (tx < c.sampled_cols ? tx : c.sampled_cols - 1) * c.s + half;
+            row[tx].r = Fmt::in(in[sx * 3]);
+            row[tx].g = Fmt::in(in[sx * 3 + 1]);
+            row[tx].b = Fmt::in(in[sx * 3 + 2]);
+            row[tx].a = kChannelMax;
+        }
+    }
+}
+
+// Sample positions s/2, s/2 + s, ... below `full`, at most `size` of them.
+long sample_count(long full, int s, long size) {
+    const long half = s / 2;
+    const long n = full > half ? (full - half + s - 1) / s : 0;
+    return n < size ? n : size;
+}
+
+template <class Fmt>
 ImageQ7* convert_from(void* host_buffer, long w, long h, double aspect, int s, ImageQ7* image, int copy) {
     if (!host_buffer) return nullptr;
     if (s < 1) s = 1;
-    const auto* src = static_cast<const typename Fmt::Word*>(host_buffer);
-
-    if (s == 1) {
-        if (!image) image = new ImageQ7(w, h);
-        image->aspect = aspect;
-        image->scale = 1.0f;
-        if (copy) {
-            for (long y = 0; y < image->height; ++y) {
-                PixelQ7* row = image->rows[y];
-                const typename Fmt::Word* in = src + y * w * 3;
-                for (long x = 0; x < image->width; ++x) read_pixel<Fmt>(in + x * 3, row[x]);
-            }
-        }
-        return image;
-    }
-
-    const long W = reduced_size(w, s);
-    const long H = reduced_size(h, s);
+    const long W = s == 1 ? w : reduced_size(w, s);
+    const long H = s == 1 ? h : reduced_size(h, s);
     if (!image) image = new ImageQ7(W, H);
     image->aspect = aspect;
     image->scale = static_cast<float>(s);
     if (!copy) return image;
-
-    // Point samples at the centre of each s x s block.
-    long ty = 0, sampled_rows = 0, sampled_cols = 0;
-    for (long y = s / 2; y < h && ty < H; y += s, ++ty) {
-        PixelQ7* row = image->rows[ty];
-        const typename Fmt::Word* in = src + y * w * 3;
-        long tx = 0;
-        for (long x = s / 2; x < w && tx < W; x += s, ++tx) read_pixel<Fmt>(in + x * 3, row[tx]);
-        sampled_cols = tx;
+    Conversion<Fmt> job{static_cast<typename Fmt::Word*>(host_buffer), image, w, h, s, 0, 0};
+    if (s > 1) {
+        job.sampled_rows = sample_count(h, s, H);
+        job.sampled_cols = sample_count(w, s, W);
     }
-    sampled_rows = ty;
-
-    // Rounding the size up to even can leave one row or column with no sample
-    // position (h = 486 at s = 4: 122 rows, 121 samples). It repeats its
-    // neighbour, so that the enlarged result never shows uninitialised memory.
-    if (sampled_cols > 0) {
-        for (long y = 0; y < sampled_rows; ++y)
-            for (long x = sampled_cols; x < W; ++x) image->rows[y][x] = image->rows[y][sampled_cols - 1];
-    }
-    if (sampled_rows > 0) {
-        for (long y = sampled_rows; y < H; ++y)
-            for (long x = 0; x < W; ++x) image->rows[y][x] = image->rows[sampled_rows - 1][x];
-    }
+    run_in_bands(&convert_in_rows<Fmt>, &job, image->height);
     return image;
+}
+
+template <class Fmt>
+void convert_out_rows(void* job, long first, long last) {
+    const Conversion<Fmt>& c = *static_cast<const Conversion<Fmt>*>(job);
+    const ImageQ7* image = c.image;
+    if (c.s == 1) {
+        for (long y = first; y <= last; ++y) {
+            const PixelQ7* row = image->rows[y];
+            typename Fmt::Word* out = c.host + y * image->width * 3;
+            for (long x = 0; x < image->width; ++x) write_pixel<Fmt>(row[x], out + x * 3);
+        }
+        return;
+    }
+    for (long y = first; y <= last; ++y) {
+        long iy = y / c.s;
+        if (iy > image->height - 1) iy = image->height - 1;
+        const PixelQ7* row = image->rows[iy];
+        typename Fmt::Word* out = c.host + y * c.w * 3;
+        for (long x = 0; x < c.w; ++x) {
+            long ix = x / c.s;
+            if (ix > image->width - 1) ix = image->width - 1;
+            write_pixel<Fmt>(row[ix], out + x * 3);
+        }
+    }
 }
 
 template <class Fmt>
 void convert_to(ImageQ7* image, void* host_buffer, int w, int h, int s) {
     if (!host_buffer) return;
     if (s < 1) s = 1;
-    auto* dst = static_cast<typename Fmt::Word*>(host_buffer);
-
-    if (s == 1) {
-        for (long y = 0; y < image->height; ++y) {
-            const PixelQ7* row = image->rows[y];
-            typename Fmt::Word* out = dst + y * image->width * 3;
-            for (long x = 0; x < image->width; ++x) write_pixel<Fmt>(row[x], out + x * 3);
-        }
-        return;
-    }
-
     // A frame smaller than one block has an empty working image: nothing to enlarge.
-    if (image->width <= 0 || image->height <= 0) return;
-    for (long y = 0; y < h; ++y) {
-        long iy = y / s;
-        if (iy > image->height - 1) iy = image->height - 1;
-        const PixelQ7* row = image->rows[iy];
-        typename Fmt::Word* out = dst + static_cast<long>(y) * w * 3;
-        for (long x = 0; x < w; ++x) {
-            long ix = x / s;
-            if (ix > image->width - 1) ix = image->width - 1;
-            write_pixel<Fmt>(row[ix], out + x * 3);
-        }
-    }
+    if (s > 1 && (image->width <= 0 || image->height <= 0)) return;
+    Conversion<Fmt> job{static_cast<typename Fmt::Word*>(host_buffer), image, w, h, s, 0, 0};
+    run_in_bands(&convert_out_rows<Fmt>, &job, s == 1 ? image->height : h);
 }
 
 }  // namespace

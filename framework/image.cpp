@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "framework/plugin.h"
+
 namespace {
 // Images are sized by the host frame. No exception may cross the host boundary
 // and a half-built image cannot be used, so running out of memory for one
@@ -76,35 +78,54 @@ inline std::uint16_t scaled_channel(std::uint16_t v, float f) {
 }
 }  // namespace
 
-void ImageQ7::CopyValues(ImageQ7* source, float fr, float fg, float fb, float fa) {
-    const long w = source->width;
-    const long h = source->height;
-    if (fr == 1.0f && fg == 1.0f && fb == 1.0f && fa == 1.0f) {
-        for (long y = 0; y < h; ++y) std::memcpy(rows[y], source->rows[y], sizeof(PixelQ7) * w);
-        return;
-    }
-    for (long y = 0; y < h; ++y) {
-        PixelQ7* dst = rows[y];
-        const PixelQ7* src = source->rows[y];
-        for (long x = 0; x < w; ++x) {
-            dst[x].r = scaled_channel(src[x].r, fr);
-            dst[x].g = scaled_channel(src[x].g, fg);
-            dst[x].b = scaled_channel(src[x].b, fb);
-            dst[x].a = scaled_channel(src[x].a, fa);
+namespace {
+// The two-image operations below run in bands over this image's rows.
+struct TwoImages {
+    ImageQ7* target;
+    const ImageQ7* source;
+    long width;
+    float f[4];
+};
+
+void copy_rows(void* job, long first, long last) {
+    const TwoImages& j = *static_cast<const TwoImages*>(job);
+    for (long y = first; y <= last; ++y) std::memcpy(j.target->rows[y], j.source->rows[y], sizeof(PixelQ7) * j.width);
+}
+
+void scale_rows(void* job, long first, long last) {
+    const TwoImages& j = *static_cast<const TwoImages*>(job);
+    for (long y = first; y <= last; ++y) {
+        PixelQ7* dst = j.target->rows[y];
+        const PixelQ7* src = j.source->rows[y];
+        for (long x = 0; x < j.width; ++x) {
+            dst[x].r = scaled_channel(src[x].r, j.f[0]);
+            dst[x].g = scaled_channel(src[x].g, j.f[1]);
+            dst[x].b = scaled_channel(src[x].b, j.f[2]);
+            dst[x].a = scaled_channel(src[x].a, j.f[3]);
         }
     }
 }
 
-void ImageQ7::InBlend(float t, ImageQ7* other) {
-    const float u = 1.0f - t;
-    for (long y = 0; y < height; ++y) {
-        PixelQ7* p = rows[y];
-        const PixelQ7* o = other->rows[y];
-        for (long x = 0; x < width; ++x) {
-            p[x].r = static_cast<std::uint16_t>(static_cast<long>(p[x].r * u + o[x].r * t));
-            p[x].g = static_cast<std::uint16_t>(static_cast<long>(p[x].g * u + o[x].g * t));
-            p[x].b = static_cast<std::uint16_t>(static_cast<long>(p[x].b * u + o[x].b * t));
-            p[x].a = static_cast<std::uint16_t>(static_cast<long>(p[x].a * u + o[x].a * t));
-        }
+// own u + other t per channel, truncated; u and t in f[0] and f[1].
+void blend_rows(void* job, long first, long last) {
+    const TwoImages& j = *static_cast<const TwoImages*>(job);
+    const float u = j.f[0], t = j.f[1];
+    for (long y = first; y <= last; ++y) {
+        auto* p = reinterpret_cast<std::uint16_t*>(j.target->rows[y]);
+        const auto* o = reinterpret_cast<const std::uint16_t*>(j.source->rows[y]);
+        for (long i = 0; i < 4 * j.width; ++i)
+            p[i] = static_cast<std::uint16_t>(static_cast<long>(p[i] * u + o[i] * t));
     }
+}
+}  // namespace
+
+void ImageQ7::CopyValues(ImageQ7* source, float fr, float fg, float fb, float fa) {
+    TwoImages job{this, source, source->width, {fr, fg, fb, fa}};
+    const bool plain = fr == 1.0f && fg == 1.0f && fb == 1.0f && fa == 1.0f;
+    run_in_bands(plain ? &copy_rows : &scale_rows, &job, source->height);
+}
+
+void ImageQ7::InBlend(float t, ImageQ7* other) {
+    TwoImages job{this, other, width, {1.0f - t, t, 0.0f, 0.0f}};
+    run_in_bands(&blend_rows, &job, height);
 }

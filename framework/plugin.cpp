@@ -38,6 +38,18 @@ extern "C" void process_func_img(void* func, void* object, std::intptr_t lines, 
     (image->*(*static_cast<ImageQ7::MpFunc*>(func)))(band.first, band.last);
 }
 
+extern "C" void process_func_job(void* worker, void* job, std::intptr_t lines, std::intptr_t processors) {
+    const Band band = band_of(current_band(), lines, processors);
+    (*static_cast<BandWorker*>(worker))(job, band.first, band.last);
+}
+
+int run_in_bands(BandWorker worker, void* job, long lines) {
+    BandWorker local = worker;
+    const int processors = DLnumProc < 1 ? 1 : DLnumProc;
+    return sparkMpFork(reinterpret_cast<void (*)()>(&process_func_job), 4, static_cast<void*>(&local), job,
+                       static_cast<std::intptr_t>(lines), static_cast<std::intptr_t>(processors));
+}
+
 int PluginQ7::MultiProcess(MpFunc func, long lines) {
     MpFunc local = func;
     return sparkMpFork(reinterpret_cast<void (*)()>(&process_func), 4, static_cast<void*>(&local),

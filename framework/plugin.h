@@ -83,3 +83,10 @@ struct Band {
     long last;
 };
 Band band_of(long k, long lines, long processors);
+
+// Runs a plain band worker over `lines` lines on all processors through the
+// host's fork, with the band rule above: worker(job, first, last) once per
+// band. For framework work that belongs to no plug-in or image object (the
+// conversions in and out of host buffers, clearing per-pixel maps).
+typedef void (*BandWorker)(void* job, long first, long last);
+int run_in_bands(BandWorker worker, void* job, long lines);

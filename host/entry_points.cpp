@@ -4,6 +4,7 @@
 
 #include "effect/paneburst.h"
 #include "framework/convert.h"
+#include "framework/frame_pool.h"
 #include "framework/report.h"
 #include "host/binding.h"
 #include "host/channel_editor.h"
@@ -36,11 +37,24 @@ int reduction_factor(int popup_value) {
     return v < 9 ? kFactors[v] : 1;
 }
 
-ImageQ7* convert_in(void* pixels, const HostFrameRecord& info, double aspect, int s, int copy) {
+// Converts a host buffer into `image`, or into a new image of the working
+// size when it is null; copy = 0 sets the image up without reading pixels.
+ImageQ7* convert_in(void* pixels, const HostFrameRecord& info, double aspect, int s, int copy,
+                    ImageQ7* image = nullptr) {
     const long w = frame_get<std::int32_t>(info, frame_field::frame_width);
     const long h = frame_get<std::int32_t>(info, frame_field::frame_height);
-    return deep12 ? ConvertFromDLImage12(pixels, w, h, aspect, s, nullptr, copy)
-                  : ConvertFromDLImage8(pixels, w, h, aspect, s, nullptr, copy);
+    if (!pixels) return nullptr;
+    // The frame's images live in blocks kept from frame to frame.
+    const int r = s < 1 ? 1 : s;
+    if (!image) image = frame_pool_image(r == 1 ? w : reduced_size(w, r), r == 1 ? h : reduced_size(h, r));
+    return deep12 ? ConvertFromDLImage12(pixels, w, h, aspect, s, image, copy)
+                  : ConvertFromDLImage8(pixels, w, h, aspect, s, image, copy);
+}
+
+bool checkbox_on(CheckboxControlQ7& c) {
+    long v = 0;
+    c.GetValue(-1.0, v);
+    return v != 0;
 }
 
 // Drops the images a frame made so far. Used on the early returns, so that a
@@ -49,10 +63,10 @@ void release_frame_images() {
     SourceQ7* inputs[] = {&Instance.front_clip, &Instance.back_clip, &Instance.matte_2d_clip,
                           &Instance.matte_3d_clip};
     for (SourceQ7* s : inputs) {
-        delete s->image;
+        frame_pool_drop(s->image);
         s->image = nullptr;
     }
-    delete Instance.result_clip.image;
+    frame_pool_drop(Instance.result_clip.image);
     Instance.result_clip.image = nullptr;
 }
 
@@ -80,7 +94,10 @@ SPARK_EXPORT unsigned int SparkInitialise(HostFrameRecord info) {
     return 2;
 }
 
-SPARK_EXPORT void SparkUnInitialise(HostFrameRecord info) { sparkSaveSetup(&info); }
+SPARK_EXPORT void SparkUnInitialise(HostFrameRecord info) {
+    sparkSaveSetup(&info);
+    frame_pool_release();
+}
 
 SPARK_EXPORT int SparkProcessStart(void) { return 1; }
 
@@ -109,6 +126,7 @@ SPARK_EXPORT unsigned long* SparkProcess(HostFrameRecord info) {
     // The band split divides by the processor count: a host that reports none
     // still has the calling thread.
     if (DLnumProc < 1) DLnumProc = 1;
+    frame_pool_size(width, height, s);
     Instance.frame = static_cast<double>(frame_get<std::uint32_t>(info, frame_field::frame_number));
     Instance.render_alpha = 0;
 
@@ -121,6 +139,10 @@ SPARK_EXPORT unsigned long* SparkProcess(HostFrameRecord info) {
                             {SourceIDInput2, &SourceBufInput2, &Instance.back_clip},
                             {SourceIDInput3, &SourceBufInput3, &Instance.matte_2d_clip},
                             {SourceIDInput4, &SourceBufInput4, &Instance.matte_3d_clip}};
+    // The front and back are read by every frame; a matte only while its
+    // checkbox is on, so its pixels are converted below once the controls
+    // are known.
+    int copy = 1;
     for (const Input& in : inputs) {
         if (!sparkMemGetBuffer(in.id, in.record)) {
             release_frame_images();
@@ -128,7 +150,8 @@ SPARK_EXPORT unsigned long* SparkProcess(HostFrameRecord info) {
         }
         in.source->clip = in.id - 2;
         in.source->deep = static_cast<unsigned char>(deep12);
-        in.source->image = convert_in(in.record->pixels, info, aspect, s, 1);
+        in.source->image = convert_in(in.record->pixels, info, aspect, s, copy);
+        if (in.source == &Instance.back_clip) copy = 0;
         if (!in.source->image) {  // a buffer record without pixel memory
             release_frame_images();
             return nullptr;
@@ -151,19 +174,21 @@ SPARK_EXPORT unsigned long* SparkProcess(HostFrameRecord info) {
         Instance.SyncControls();
         DL_Sync_Ctrl = 0;
     }
+    if (checkbox_on(Instance.use_matte_2d_ctl))
+        convert_in(SourceBufInput3.pixels, info, aspect, s, 1, Instance.matte_2d_clip.image);
+    if (checkbox_on(Instance.use_matte_3d_ctl))
+        convert_in(SourceBufInput4.pixels, info, aspect, s, 1, Instance.matte_3d_clip.image);
     Instance.ProcessFrame();
 
     const float blend = SparkFloat27.value / 100.0f;
     if (blend > 0.0f) Instance.result_clip.image->InBlend(blend, Instance.front_clip.image);
 
     ImageQ7* result = Instance.result_clip.image;
-    Instance.result_clip.image = nullptr;
-    release_frame_images();
     if (deep12)
         ConvertToDLImage12(result, ResultBufOutput.pixels, width, height, s);
     else
         ConvertToDLImage8(result, ResultBufOutput.pixels, width, height, s);
-    delete result;
+    release_frame_images();
 
     sparkViewingCursor(1);
     return static_cast<unsigned long*>(ResultBufOutput.pixels);

@@ -7,6 +7,7 @@
 // That difference is part of the effect's output and is kept.
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 #include "effect/paneburst.h"
 #include "render/light_term.h"
@@ -91,3 +92,14 @@ void Paneburst::mp_BackLight(long first, long last) {
 void Paneburst::mp_copywithlight(long first, long last) { copy_front<true>(&info, first, last); }
 
 void Paneburst::mp_copynolight(long first, long last) { copy_front<false>(&info, first, last); }
+
+// The plain background: the back clip into the result, and into the canvas
+// when the canvas is an image of its own.
+void Paneburst::mp_copy_back(long first, long last) {
+    const tagINFO* in = &info;
+    const std::size_t bytes = sizeof(PixelQ7) * static_cast<std::size_t>(in->width);
+    for (long y = first; y <= last; ++y) {
+        std::memcpy(in->result->rows[y], in->back->rows[y], bytes);
+        if (in->lit_back != in->result) std::memcpy(in->lit_back->rows[y], in->back->rows[y], bytes);
+    }
+}

@@ -15,6 +15,7 @@
 #include "render/element_geometry.h"
 #include "render/inverse_chain.h"
 #include "render/light_term.h"
+#include "render/row_mapping.h"
 #include "render/sampling.h"
 
 namespace {
@@ -46,22 +47,18 @@ void first_pass(const ElementRaster& e, int x0, int y0, int x1, int y1) {
         while (xl <= x1 && !e.edges.inside(xl, y)) coverage[xl++] = 0.0f;
         int xr = x1;
         while (xr >= xl && !e.edges.inside(xr, y)) coverage[xr--] = 0.0f;
-        for (int x = xl; x <= xr; ++x) {
-            if (Q == Quality::Low) {
-                // Not texture-mapped: the element shows the front image at
-                // the place it currently covers.
+        if (Q == Quality::Low) {
+            // Not texture-mapped: the element shows the front image at the
+            // place it currently covers.
+            for (int x = xl; x <= xr; ++x) {
                 map_u[x] = static_cast<float>(x);
                 map_v[x] = static_cast<float>(y);
-            } else {
-                const float fx = static_cast<float>(x);
-                const float fy = static_cast<float>(y);
-                float p[3] = {fx, fy, e.plane.depth(fx, fy)};
-                e.chain.apply(p);
-                map_u[x] = p[0];
-                map_v[x] = p[1];
             }
-            coverage[x] = Q == Quality::High ? e.edges.high_quality_coverage(x, y) : 32767.0f;
+        } else if (xr >= xl) {
+            render::map_row(e.plane, e.chain, y, xl, xr - xl + 1, map_u + xl, map_v + xl);
         }
+        for (int x = xl; x <= xr; ++x)
+            coverage[x] = Q == Quality::High ? e.edges.high_quality_coverage(x, y) : 32767.0f;
     }
 }
 

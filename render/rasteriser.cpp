@@ -2,6 +2,7 @@
 // depth sort, and the band run that draws the elements into the canvas.
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 #include "effect/paneburst.h"
@@ -69,6 +70,13 @@ void Paneburst::qs(tagPOLYGON* items, int left, int right) {
 
 void Paneburst::mp_polyrender(long first, long last) {
     tagINFO* in = &info;
+    // The maps start the frame at zero. Each band reads and writes only its
+    // own lines of them, so it clears those lines itself. Only the coverage
+    // needs it: a position is read only where the coverage is non-zero, and
+    // the pass that writes such a coverage writes the position with it.
+    if (last >= first)
+        std::memset(in->map_coverage + first * in->width, 0,
+                    sizeof(float) * static_cast<std::size_t>(in->width) * static_cast<std::size_t>(last - first + 1));
     const int count = usable_elements(in, element_capacity);
     for (int i = 0; i < count; ++i) {
         tagPOLYGON* poly = &polygons[i];
