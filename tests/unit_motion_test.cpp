@@ -126,9 +126,9 @@ TEST_F(Motion, SwirlSecondSampleOffsetsAreDoubleSumsRoundedOnce) {
     ASSERT_EQ(px, 0.139999986f);
     ASSERT_EQ(static_cast<float>(px + 3.14), 3.27999997f);
     ASSERT_EQ(px + 3.14f, 3.28000021f);
-    const float spec = fx->gnoise(g, 3.27999997f, static_cast<float>(py + 2.71), static_cast<float>(pt + 4.35));
+    const float rounded_once = fx->gnoise(g, 3.27999997f, static_cast<float>(py + 2.71), static_cast<float>(pt + 4.35));
     const float single = fx->gnoise(g, 3.28000021f, py + 2.71f, pt + 4.35f);
-    ASSERT_NE(spec, single);
+    ASSERT_NE(rounded_once, single);
     step_from(x, y);
-    EXPECT_EQ(p.vel_y, 5.0f * spec) << p.vel_y << " " << 5.0f * single;
+    EXPECT_EQ(p.vel_y, 5.0f * rounded_once) << p.vel_y << " " << 5.0f * single;
 }
