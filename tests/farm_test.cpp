@@ -243,35 +243,6 @@ TEST(FarmSubmit, BadInputIsRefusedWithOneLineAndNothingSubmitted) {
     EXPECT_TRUE(dir.files("out").empty());
 }
 
-}  // namespace
-
-namespace {
-
-// The job scripts as submit would hand them to sbatch: every task the same
-// options with absolute paths, its own chunk, the shot's start and bands, its
-// CPUs as threads, --overwrite; the final job after the render job.
-TEST(FarmSubmit, DryRunPrintsTheJobScriptsAndWritesNothing) {
-    TempDir dir;
-    write_front(dir, 30);
-    ASSERT_EQ(dir.render({"--front", "in/front.%04d.png", "--preset", "confetti", "--save-setup", "look.txt"}).status, 0);
-    const ToolRun r = Farm(dir).run({"submit", "--front", "in/front.%04d.png", "--setup", "look.txt", "--set",
-                                     "Z Speed=6", "--frames", "5-30", "--out", "out/shot.%04d.png", "--chunk", "7",
-                                     "--partition", "render", "--time", "0:30:00", "--mem", "2G", "--cpus-per-task",
-                                     "2", "--dry-run"});
-    ASSERT_EQ(r.status, 0) << r.err;
-    for (const std::string& line : std::vector<std::string>{
-             "#SBATCH --array=0-3", "#SBATCH --partition=render", "#SBATCH --time=0:30:00", "#SBATCH --mem=2G",
-          "#SBATCH --cpus-per-task=2", "#SBATCH --requeue", "first=$((5 + chunk * 7))", "last=$((first + 6))",
-          "[ \"$last\" -le 30 ] || last=30", "threads=${SLURM_CPUS_PER_TASK:-${SLURM_CPUS_ON_NODE:-1}}",
-          "    '--front' '" + dir.path("in/front.%04d.png") + "'", "    '--setup' '" + dir.path("look.txt") + "'",
-          "    '--set' 'Z Speed=6'", "    '--out' '" + dir.path("out/shot.%04d.png") + "'",
-          "    --frames \"$first-$last\" --shot-start 5 --bands 16 --threads \"$threads\" --overwrite",
-          "# final job: sbatch --dependency=afterok:<render job> ", "' finish '"})
-        EXPECT_NE(r.out.find(line), std::string::npos) << line << "\n" << r.out;
-    EXPECT_FALSE(std::filesystem::exists(dir.path("farm")));
-    EXPECT_FALSE(std::filesystem::exists(dir.path("out")));
-}
-
 TEST(FarmSubmit, StatusOfAJobItDidNotSubmitIsAUsageError) {
     TempDir dir;
     for (const char* command : {"status", "resubmit"}) {
